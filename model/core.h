@@ -1,0 +1,24 @@
+#pragma once
+// Operations on the model as a whole: starting a new core and deriving the depth
+// axis after a section was read.
+
+namespace sedra {
+
+class Model;
+class Prompt;
+
+// Empties the core.  With a prompt (the interactive case) it first asks when there are
+// unsaved changes, frees the images, resets the menu and asks for a repaint; without
+// one (start-up) it only resets the model.  Returns false when the user declined.
+bool NewCore(Model& model, Prompt* prompt);
+
+// Releases the pixel blocks and display bitmaps of every loaded section.
+void FreeSectionImages(Model& model);
+
+// After a read: point count, depth axis, data sets, tick spacing and menu enabling.
+void UpdateMenusAfterLoad(Model& model, bool isRadiograph);
+
+// Step size in mm from the section's step-size text (micrometres), 1.0 without one.
+float StepSizeMm(const char* stepSizeText);
+
+}  // namespace sedra

@@ -1,0 +1,80 @@
+#pragma once
+// Every text the program shows the user in a message box, defined once.
+
+namespace sedra::msg {
+
+// Caption used where a message box shows the system's default caption.
+inline constexpr const char* kDefaultCaption = "Error";
+// Caption of the two fatal settings-file messages: whom to contact.
+inline constexpr const char* kSupportCaption =
+    "Please contact Sedra core-lab support: +44 1632 960 417, "
+    "Sedra Instruments, 14 Harbour Road, Kingsport KP4 2XY";
+
+// Start-up and settings.
+inline constexpr const char* kCouldNotOpenDefaults = "Could not open defaults file: - 'defaults.def'";
+inline constexpr const char* kErrorReadingDefaults = "Error reading defaults file: - 'defaults.def'";
+inline constexpr const char* kCouldNotRegisterClass = "Could not RegisterClass";
+inline constexpr const char* kCouldNotCreateMainWnd = "Could not create hMainWnd";
+inline constexpr const char* kCouldNotCreateImageWnd = "Could not create hImageWnd";
+inline constexpr const char* kCouldNotCreateRadImageWnd = "Could not create hRadImageWnd";
+inline constexpr const char* kRanOutOfMemory = "Ran out of memory";
+
+// New core.
+inline constexpr const char* kContinueWithoutSaving = "Do you want to continue without saving changes made?";
+inline constexpr const char* kClearAllSections =
+    "Do you want to continue and clear all the data for all the Core Sections?";
+
+// Zoom and number routines.
+inline constexpr const char* kExpandTooSmall = "The Expand region is too small";
+inline constexpr const char* kDateFormat = "The Date should be in the format dd/mm/yy";
+inline constexpr const char* kDateInvalid = "This Date is invalid";
+
+// Section metadata.
+inline constexpr const char* kDocumentNotFound =
+    "Warning - the file 'document.txt' containing the Core details was not found";
+inline constexpr const char* kWarnVoltage = "Warning, HV has changed from previous section";
+inline constexpr const char* kWarnCurrent = "Warning, Current has changed from previous section";
+inline constexpr const char* kWarnExposure = "Warning, Exposure has changed from previous section";
+inline constexpr const char* kWarnTube = "Warning, the Tube has changed from previous section";
+
+// TIFF reader.
+inline constexpr const char* kOnlyThreeRadiographs = "Can only read up to 3 radiograph images";
+inline constexpr const char* kNotVersion42 = "This file was not version 4.2";
+inline constexpr const char* kCompressed = "Cannot read compressed files at present";
+inline constexpr const char* kExpected3Samples = "Expected 3 Samples per Pixel for image file";
+inline constexpr const char* kExpected1Sample = "Expected 1 Sample per Pixel for Radiograph file";
+inline constexpr const char* kExpectedBits = "Expected 16 or 8 BitsPerSample for image file";
+inline constexpr const char* kCouldNotAllocate = "Could not allocate memory";
+inline constexpr const char* kErrorReadingTiff = "Error reading Tiff file";
+
+// RAW reader.
+inline constexpr const char* kNoNewLines = "This file did not contain New Lines";
+inline constexpr const char* kNoTabs = "This file did not contain any Tabs";
+inline constexpr const char* kTooLargeMaxRes =
+    "This image is too large to display at maximum resolution, trying lower resolution";
+inline constexpr const char* kTooLargeRaw = "This image is too large to display from a RAW file";
+
+// Printing.
+inline constexpr const char* kNoPdfDriver = "There was no PDF Print Driver found";
+inline constexpr const char* kStartDocFailed = "StartDoc failed, error:- %d\r\n";
+inline constexpr const char* kStartPageFailed = "StartPage failed";
+inline constexpr const char* kEndPageFailed = "EndPage failed, error:- %d\r\n";
+inline constexpr const char* kEndDocFailed = "EndDoc failed, error:- %d\r\n";
+inline constexpr const char* kCouldNotFinishPrinting = "Could not finish printing";
+inline constexpr const char* kPreparingToPrint = "Preparing to print the requested data, please wait.....";
+
+// Save image and clipboard.
+inline constexpr const char* kCouldNotOpenDataFile = "Could not open data file";
+inline constexpr const char* kGetDIBits1Failed = "GetDIBits 1 failed";
+inline constexpr const char* kGetDIBitsFailed = "GetDIBits failed";
+inline constexpr const char* kNoJpeg = "Can not save JPeg files at present";
+inline constexpr const char* kCopiedToClipboard = "This page has been copied to the Clipboard";
+inline constexpr const char* kClipboardFailed = "Failed to copy to Clipboard";
+inline constexpr const char* kFileExistsCaption = "The file already exists";
+
+// Interaction.
+inline constexpr const char* kSelectRegionFirst = "A region number should be selected first.";
+inline constexpr const char* kNoDeletedData = "There was no deleted data in the selected area";
+inline constexpr const char* kResetColours = "Reset to original colours ?";
+
+}  // namespace sedra::msg

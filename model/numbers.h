@@ -1,0 +1,33 @@
+#pragma once
+// Number routines shared by every layer: rounding, dates, scale labels.
+
+#include <cstdint>
+#include <string>
+
+namespace sedra {
+
+class Prompt;
+
+// floor(x + 0.5) as a signed 32-bit integer; halves go upward (-2.5 gives -2).
+// Values outside the 32-bit range (and NaN) give INT32_MIN, as the x87 conversion did.
+int32_t RoundToInt(double x);
+
+struct Date {
+  int Day = 0, Month = 0, Year = 0;
+};
+// Reads "dd/mm/yy" or "dd-mm-yyyy" style text.  With a prompt, failures are explained
+// to the user.  Returns false and leaves `out` alone when the date is not valid.
+bool ParseDate(Date& out, const std::string& text, Prompt* prompt);
+
+// Formats a scale value with digits suited to the range r.
+std::string FormatScaleValue(double x, double r);
+// Removes the leading zero of a three-digit exponent ("1.5e+006" -> "1.5e+6").
+std::string TrimExponent(std::string s);
+
+// printf into a std::string.
+std::string Format(const char* fmt, ...) __attribute__((format(printf, 1, 2)));
+
+// Leading signed integer of a text (GetDlgItemInt semantics): 0 when there is none.
+int32_t LeadingInt(const std::string& text);
+
+}  // namespace sedra
