@@ -1,0 +1,57 @@
+#pragma once
+// Shared state of one paint: the painter, the device's resolution, the fonts, and the
+// mapping from document coordinates to device coordinates.
+//
+// Document coordinates are the plot's own: at zoom 32 a tall window makes a document
+// far taller than the 32 768 pixels Qt's rasteriser promises to handle.  Every drawing
+// routine therefore computes in document coordinates (64-bit where products get large)
+// and draws through these helpers, which subtract the scroll origin and clip to a band
+// just around the visible window before anything reaches QPainter.
+
+#include <QColor>
+#include <QFont>
+#include <QPainter>
+#include <QRect>
+#include <cstdint>
+
+namespace sedra {
+
+class Model;
+
+struct PaintContext {
+  PaintContext(QPainter& painter, Model& model, int originY, QRect deviceRect);
+
+  QPainter& Painter;
+  Model& M;
+  int DpiX = 96;
+  int DpiY = 96;
+  int64_t OriginY = 0;  // document y drawn at device y 0
+  QRect Device;         // device rectangle being painted (clip), device coordinates
+  QFont LabelFont;      // 8 pt "MS Sans Serif", weight 400
+  QFont PlotFont;       // 11 pt "MS Sans Serif", weight 700
+
+  // Pixel size of a font of `points` points on this device (MulDiv(p, dpiY, 72)).
+  int FontPixels(int points) const;
+  QFont MakeFont(const char* family, int points, int weight) const;
+
+  // Document y to device y, clamped into a safe band around the device rectangle.
+  int DeviceY(int64_t docY) const;
+  // The visible document band [top, bottom) (with a margin); for skipping work.
+  int64_t VisibleTop() const { return OriginY + Device.top() - 2; }
+  int64_t VisibleBottom() const { return OriginY + Device.bottom() + 3; }
+  bool RowVisible(int64_t docY) const { return docY >= VisibleTop() && docY < VisibleBottom(); }
+
+  // Drawing in document coordinates.  Lines are clipped (keeping their slope) to the
+  // visible band before they are handed to the painter.
+  void Line(int x1, int64_t y1, int x2, int64_t y2);
+  void FillRect(int left, int64_t top, int right, int64_t bottom, const QColor& colour);  // right/bottom exclusive
+  void Pixel(int x, int64_t y, const QColor& colour);
+  void Text(int left, int64_t top, int right, int64_t bottom, int flags, const QString& text);
+  // The device rectangle for a document rectangle, clamped like DeviceY.
+  QRect DeviceRect(int left, int64_t top, int right, int64_t bottom) const;
+};
+
+// 0x00BBGGRR colour of the settings to QColor.
+inline QColor FromColorRef(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }
+
+}  // namespace sedra

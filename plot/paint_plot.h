@@ -1,0 +1,24 @@
+#pragma once
+// PaintPlot: the one routine that draws the composite plot, for the main window, a
+// printer or PDF page, and an image.
+
+#include <QRect>
+
+class QPainter;
+
+namespace sedra {
+
+class Model;
+
+// What the caller knows about the target besides the painter's device.
+struct PaintTarget {
+  QRect Client;         // the window's client rectangle (PageRect on screen)
+  QRect Exposed;        // the part that needs painting, client coordinates; empty = all
+  int ScrollPos = 0;    // vertical scroll position (used when ZoomFactor > 1)
+};
+
+// Draws the whole plot from the model and writes the layout fields back into PlotState.
+// When PlotState.Printing is set the page rectangle is taken from PlotState.PageRect.
+void PaintPlot(Model& model, QPainter& painter, const PaintTarget& target);
+
+}  // namespace sedra
