@@ -1,0 +1,53 @@
+#pragma once
+// Reading back what a writer put in a file, field by field (little-endian).
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace sedra::test {
+
+inline std::vector<uint8_t> ReadBytes(const std::filesystem::path& path) {
+  std::vector<uint8_t> out;
+  if (std::FILE* f = std::fopen(path.string().c_str(), "rb")) {
+    uint8_t buf[65536];
+    size_t n;
+    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out.insert(out.end(), buf, buf + n);
+    std::fclose(f);
+  }
+  return out;
+}
+
+inline uint32_t U16(const std::vector<uint8_t>& b, size_t at) {
+  return at + 2 <= b.size() ? uint32_t(b[at]) | uint32_t(b[at + 1]) << 8 : 0xDEADBEEFu;
+}
+inline uint32_t U32(const std::vector<uint8_t>& b, size_t at) {
+  return at + 4 <= b.size() ? U16(b, at) | U16(b, at + 2) << 16 : 0xDEADBEEFu;
+}
+
+// A fresh, empty folder under the system's temporary folder, removed at the end.
+class TempFolder {
+ public:
+  explicit TempFolder(const std::string& tag) {
+    path_ = std::filesystem::temp_directory_path() /
+            ("sedra-" + tag + "-" + std::to_string(::getpid()) + "-" +
+             std::to_string(reinterpret_cast<uintptr_t>(this)));
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+  }
+  ~TempFolder() {
+    std::error_code ec;
+    std::filesystem::remove_all(path_, ec);
+  }
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace sedra::test

@@ -1,0 +1,138 @@
+// The file choice of "Save I&mage" and the page rectangle of a printed page.
+
+#include <gtest/gtest.h>
+
+#include "model/messages.h"
+#include "model/model.h"
+#include "model/settings_blocks.h"
+#include "output/file_bytes.h"
+#include "output/page_rect.h"
+#include "output/save_rules.h"
+#include "support/scripted_prompt.h"
+
+namespace sedra {
+namespace {
+
+TEST(WithImageExtension, AppendsOnlyWhenTheNameHasNoDot) {
+  const struct {
+    const char* Chosen;
+    int Filter;
+    const char* Written;
+  } rows[] = {
+      {"/data/plot", kBmpFilter, "/data/plot.bmp"},
+      {"/data/plot", kTiffFilter, "/data/plot.tif"},
+      {"/data/plot.x", kTiffFilter, "/data/plot.x"},  // kept as typed, TIFF inside
+      {"/data/plot.bmp", kTiffFilter, "/data/plot.bmp"},
+      {"/data/plot", kJpegFilter, "/data/plot"},
+      {"/data/run.2/plot", kBmpFilter, "/data/run.2/plot"},  // a dot anywhere counts
+  };
+  for (const auto& r : rows) EXPECT_EQ(WithImageExtension(r.Chosen, r.Filter), r.Written) << r.Chosen;
+}
+
+TEST(OverwriteQuestion, NamesTheFileWithoutItsFolder) {
+  EXPECT_EQ(OverwriteQuestion("/home/lab/cores/plot.tif"), "Overwrite file plot.tif ?");
+}
+
+TEST(SaveImageRequest, OffersBitmapThenTiffStartingFromTheSectionFile) {
+  auto model = std::make_unique<Model>();
+  CopyField(model->CurSection().FileName, "KR-03 sect 4");
+  const FileRequest r = SaveImageRequest(*model, "/work/lab");
+  EXPECT_EQ(r.Title, "Save Current Display as Image file");
+  ASSERT_EQ(r.Filters.size(), 2u);
+  EXPECT_EQ(r.Filters[0].Name, "Bitmap (*.bmp)");
+  EXPECT_EQ(r.Filters[0].Pattern, "*.bmp");
+  EXPECT_EQ(r.Filters[1].Name, "Tiff (*.tif)");
+  EXPECT_EQ(r.Filters[1].Pattern, "*.tif");
+  EXPECT_EQ(r.FilterIndex, 1);
+  EXPECT_EQ(r.InitialName, "KR-03 sect 4");
+  EXPECT_EQ(r.InitialDir, "/work/lab");
+}
+
+class ChooseImageFileTest : public ::testing::Test {
+ protected:
+  test::TempFolder folder{"choose"};
+  test::ScriptedPrompt prompt;
+  FileRequest request{"Save Current Display as Image file", {}, 1, "", ""};
+
+  std::string Existing(const std::string& name) {
+    const auto p = folder / name;
+    std::FILE* f = std::fopen(p.string().c_str(), "wb");
+    std::fclose(f);
+    return p.string();
+  }
+};
+
+TEST_F(ChooseImageFileTest, NewNameIsTakenWithItsExtensionWithoutAQuestion) {
+  prompt.ChooseFile((folder / "plot").string(), kTiffFilter);
+  const FileChoice c = ChooseImageFile(prompt, request);
+  EXPECT_TRUE(c.Accepted);
+  EXPECT_EQ(c.Path, (folder / "plot.tif").string());
+  EXPECT_EQ(c.FilterIndex, kTiffFilter);
+  EXPECT_TRUE(prompt.Messages.empty());
+  EXPECT_EQ(prompt.SaveRequests.size(), 1u);
+}
+
+TEST_F(ChooseImageFileTest, NoToTheOverwriteQuestionBringsTheDialogBack) {
+  const std::string existing = Existing("plot.bmp");
+  prompt.ChooseFile((folder / "plot").string(), kBmpFilter);  // becomes plot.bmp, exists
+  prompt.Answers.push_back(Answer::No);
+  prompt.ChooseFile((folder / "other").string(), kBmpFilter);
+  const FileChoice c = ChooseImageFile(prompt, request);
+  EXPECT_TRUE(c.Accepted);
+  EXPECT_EQ(c.Path, (folder / "other.bmp").string());
+  ASSERT_EQ(prompt.Messages.size(), 1u);
+  EXPECT_EQ(prompt.Messages[0].Text, "Overwrite file plot.bmp ?");
+  EXPECT_EQ(prompt.Messages[0].Caption, msg::kFileExistsCaption);
+  EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::YesNo);
+  EXPECT_EQ(prompt.SaveRequests.size(), 2u);
+  EXPECT_EQ(prompt.SaveRequests[1].Title, request.Title);
+}
+
+TEST_F(ChooseImageFileTest, YesKeepsTheExistingNameAndCancelGivesUp) {
+  const std::string existing = Existing("plot.tif");
+  prompt.ChooseFile(existing, kTiffFilter);
+  prompt.Answers.push_back(Answer::Yes);
+  FileChoice c = ChooseImageFile(prompt, request);
+  EXPECT_TRUE(c.Accepted);
+  EXPECT_EQ(c.Path, existing);
+
+  // No, then the dialog is cancelled: nothing chosen.
+  prompt.ChooseFile(existing, kTiffFilter);
+  prompt.Answers.push_back(Answer::No);
+  c = ChooseImageFile(prompt, request);
+  EXPECT_FALSE(c.Accepted);
+  EXPECT_EQ(prompt.SaveRequests.size(), 3u);
+}
+
+TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolution) {
+  DisplaySettings s{};
+  const struct {
+    int16_t Left, Right, Top, Bottom;
+    int32_t DpiX, DpiY, Width, Height;
+    IntRect Page;
+  } rows[] = {
+      // 10 mm at 600 dpi is 240 pixels (not 236, as 25.4 would give).
+      {10, 10, 10, 10, 600, 600, 7016, 4961, {240, 240, 7016 - 240, 4961 - 240}},
+      // The defaults on a 1200 x 600 dpi printer: the bottom margin follows x.
+      {7, 10, 5, 10, 1200, 600, 14032, 4961, {336, 120, 14032 - 480, 4961 - 480}},
+      // Truncation: 7 mm at 300 dpi is 84, 3 mm at 96 dpi is 11.52 -> 11.
+      {7, 3, 3, 7, 300, 96, 3508, 1123, {84, 11, 3508 - 36, 1123 - 84}},
+      // A negative margin truncates toward zero.
+      {-3, 0, 0, 0, 96, 96, 1000, 700, {-11, 0, 1000, 700}},
+  };
+  for (const auto& r : rows) {
+    s.MarginLeft = r.Left;
+    s.MarginRight = r.Right;
+    s.MarginTop = r.Top;
+    s.MarginBottom = r.Bottom;
+    const IntRect p = PrintPageRect(s, r.DpiX, r.DpiY, r.Width, r.Height);
+    EXPECT_EQ(p.Left, r.Page.Left) << r.DpiX << "x" << r.DpiY;
+    EXPECT_EQ(p.Top, r.Page.Top) << r.DpiX << "x" << r.DpiY;
+    EXPECT_EQ(p.Right, r.Page.Right) << r.DpiX << "x" << r.DpiY;
+    EXPECT_EQ(p.Bottom, r.Page.Bottom) << r.DpiX << "x" << r.DpiY;
+  }
+  EXPECT_EQ(MarginPixels(10, 600), 240);
+}
+
+}  // namespace
+}  // namespace sedra
