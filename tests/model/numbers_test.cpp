@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include "model/messages.h"
+#include "model/numbers.h"
+#include "support/scripted_prompt.h"
+
+namespace sedra {
+namespace {
+
+TEST(RoundToInt, HalvesGoUpAndOverflowGivesTheIntegerIndefinite) {
+  struct Row {
+    double in;
+    int32_t out;
+  } rows[] = {{2.5, 3}, {-2.5, -2}, {-2.6, -3}, {0.49999, 0}, {1e10, INT32_MIN}, {-3e9, INT32_MIN},
+              {2147483647.0, 2147483647}};
+  for (const Row& r : rows) EXPECT_EQ(RoundToInt(r.in), r.out) << r.in;
+}
+
+TEST(ParseDate, AcceptsAndRejectsAsTheScannerSoftwareDid) {
+  struct Row {
+    const char* text;
+    bool valid;
+    int day, month, year;
+    const char* message;  // shown when invalid
+  } rows[] = {
+      {"12/13/05", false, 0, 0, 0, msg::kDateInvalid},
+      {"29-02-04", true, 29, 2, 2004, nullptr},
+      {"29/02/1900", true, 29, 2, 1900, nullptr},  // every fourth year, centuries too
+      {"29/02/2001", false, 0, 0, 0, msg::kDateInvalid},
+      {"1.2.2005", false, 0, 0, 0, msg::kDateFormat},
+      {"1/2", false, 0, 0, 0, msg::kDateFormat},  // only one separator
+      {"31/04/99", false, 0, 0, 0, msg::kDateInvalid},
+      {"30/04/99", true, 30, 4, 1999, nullptr},
+      {"5/6/49", true, 5, 6, 2049, nullptr},
+      {"5/6/50", true, 5, 6, 1950, nullptr},
+      {"5/6/149", true, 5, 6, 2049, nullptr},
+      {"5/6/2051", false, 0, 0, 0, msg::kDateInvalid},
+      {"0/6/2000", false, 0, 0, 0, msg::kDateInvalid},
+      {"1-6/2010", true, 1, 6, 2010, nullptr},
+  };
+  for (const Row& r : rows) {
+    test::ScriptedPrompt prompt;
+    Date d{7, 7, 7};
+    EXPECT_EQ(ParseDate(d, r.text, &prompt), r.valid) << r.text;
+    if (r.valid) {
+      EXPECT_EQ(d.Day, r.day) << r.text;
+      EXPECT_EQ(d.Month, r.month) << r.text;
+      EXPECT_EQ(d.Year, r.year) << r.text;
+      EXPECT_TRUE(prompt.Messages.empty()) << r.text;
+    } else {
+      EXPECT_EQ(d.Day, 7) << "an invalid date leaves the old value: " << r.text;
+      ASSERT_EQ(prompt.Messages.size(), 1u) << r.text;
+      EXPECT_EQ(prompt.Messages[0].Text, r.message);
+      EXPECT_EQ(prompt.Messages[0].Caption, "");
+      EXPECT_EQ(prompt.Messages[0].IconKind, Icon::Exclamation);
+    }
+  }
+}
+
+TEST(ParseDate, WithoutAWindowNothingIsShown) {
+  Date d;
+  EXPECT_FALSE(ParseDate(d, "nonsense", nullptr));
+  EXPECT_TRUE(ParseDate(d, "01/01/01", nullptr));
+  EXPECT_EQ(d.Year, 2001);
+}
+
+TEST(FormatScaleValue, DigitsFollowTheRange) {
+  struct Row {
+    double x, r;
+    const char* text;
+  } rows[] = {
+      {0.5, 0.005, "5.0e-1"}, {12.3, 50, " 12"},       {1.5, 2, " 1.5"},         {0.25, 0.5, "0.25"},
+      {0, 1e9, "0"},          {1.5e6, 2e6, "1.5e+6"},  {1234.0, 5000, "1234"},   {-2.5, 3, "-2.5"},
+      {1.0e12, 1e12, "1.0e+2"},  // an exponent of 012 loses a digit, as it always has
+  };
+  for (const Row& r : rows) EXPECT_EQ(FormatScaleValue(r.x, r.r), r.text) << r.x << " " << r.r;
+}
+
+TEST(TrimExponent, RemovesTheLeadingZeroOfThreeDigitExponents) {
+  EXPECT_EQ(TrimExponent("1.5e+006"), "1.5e+6");
+  EXPECT_EQ(TrimExponent("2.0e-010"), "2.0e-0");
+  EXPECT_EQ(TrimExponent("3.0e+123"), "3.0e+123");
+  EXPECT_EQ(TrimExponent("12"), "12");
+}
+
+TEST(LeadingInt, ReadsLikeADialogIntegerField) {
+  EXPECT_EQ(LeadingInt("  42 mm"), 42);
+  EXPECT_EQ(LeadingInt("-7"), -7);
+  EXPECT_EQ(LeadingInt("abc"), 0);
+  EXPECT_EQ(LeadingInt(""), 0);
+}
+
+}  // namespace
+}  // namespace sedra
