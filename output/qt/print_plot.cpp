@@ -1,0 +1,179 @@
+#include "output/qt/print_plot.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QPainter>
+#include <QPrinter>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QWidget>
+#include <cerrno>
+#include <filesystem>
+#include <memory>
+
+#include "model/messages.h"
+#include "model/model.h"
+#include "model/numbers.h"
+#include "model/prompt.h"
+#include "output/page_rect.h"
+#include "output/qt/print_prompt.h"
+#include "output/save_rules.h"
+#include "plot/paint_plot.h"
+
+namespace sedra {
+
+PrintProgressDialog::PrintProgressDialog(Model& model, QWidget* mainWindow)
+    : QDialog(mainWindow), model_(model), mainWindow_(mainWindow) {
+  setObjectName(QStringLiteral("dlg221"));
+  setWindowTitle(QString());
+  setModal(false);
+  auto* text = new QLabel(QString::fromLatin1(msg::kPreparingToPrint), this);
+  text->setObjectName(QStringLiteral("ctl_static"));
+  auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
+  cancel->setObjectName(QStringLiteral("ctl1036"));
+  cancel->setAutoDefault(false);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(text);
+  layout->addWidget(cancel, 0, Qt::AlignHCenter);
+  connect(cancel, &QPushButton::clicked, this, [this] { Cancel(); });
+  model_.Plot().PrintCancelled = 0;
+}
+
+void PrintProgressDialog::Cancel() {
+  if (AbortJob) AbortJob();
+  model_.Plot().Printing = 0;
+  model_.Plot().PrintCancelled = 1;
+  if (mainWindow_) mainWindow_->setEnabled(true);
+  hide();
+}
+
+namespace {
+
+// Stands in for the abort procedure the print job calls while the page is spooled:
+// serve the waiting events (the Cancel button, repaints of other windows) unless the
+// job is already cancelled.  True while printing may go on.
+bool ServeEventsWhilePrinting(const Model& model) {
+  if (!model.Plot().PrintCancelled) QCoreApplication::processEvents();
+  return !model.Plot().PrintCancelled;
+}
+
+std::string PdfFileName(const std::string& chosen) {
+  // A name typed without extension gets ".pdf", as the PDF printer drivers did.
+  if (std::filesystem::path(chosen).has_extension()) return chosen;
+  return chosen + ".pdf";
+}
+
+// Everything that must be undone however PrintPlot leaves.
+struct PrintSession {
+  Prompt& prompt;
+  Model& model;
+  QWidget& mainWindow;
+  std::unique_ptr<PrintProgressDialog> progress;
+
+  ~PrintSession() {
+    prompt.SetBusy(false);
+    mainWindow.setEnabled(true);
+    progress.reset();
+    model.Plot().Printing = 0;
+    // The page left its layout in PlotState; the screen lays itself out again.
+    model.RequestRepaint();
+  }
+};
+
+}  // namespace
+
+bool PrintPlot(Model& model, Prompt& prompt, PrintPrompt& printPrompt, QWidget& mainWindow, int scrollPos,
+               bool toPdf) {
+  PlotState& plot = model.Plot();
+  std::string pdfPath;
+  if (toPdf) {
+    FileRequest request;
+    request.Title = "Print as PDF file";
+    request.Filters = {{"PDF files (*.pdf)", "*.pdf"}};
+    request.FilterIndex = 1;
+    request.InitialDir = WorkingFolder();
+    const FileChoice choice = prompt.SaveFile(request);
+    if (!choice.Accepted) return false;
+    pdfPath = PdfFileName(choice.Path);
+  }
+
+  prompt.SetBusy(true);
+  PrintSession session{prompt, model, mainWindow, nullptr};
+
+  QPrinter printer(QPrinter::HighResolution);
+  if (toPdf) {
+    // Qt's own PDF engine: vector text and lines, images embedded, and no printer
+    // setting of the system is touched.
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(pdfPath));
+  } else if (!printPrompt.ChoosePrinter(printer)) {
+    return false;
+  }
+
+  session.progress = std::make_unique<PrintProgressDialog>(model, &mainWindow);
+  session.progress->AbortJob = [&printer] { printer.abort(); };
+  mainWindow.setEnabled(false);
+  session.progress->show();
+  session.progress->repaint();
+
+  printer.setPageOrientation(QPageLayout::Landscape);
+  printer.setFullPage(true);  // device coordinates start at the paper's corner
+  printer.setDocName(QStringLiteral("Sedra Plot"));
+
+  // Beginning the painter starts the document and its first page in one step, so
+  // there is no separate point where starting the page alone could fail.
+  QPainter painter;
+  if (!painter.begin(&printer)) {
+    const int error = errno;
+    if (toPdf) {
+      // Without a driver to look for, the one way the PDF cannot be made is a file
+      // that cannot be created.
+      prompt.Tell(msg::kNoPdfDriver);
+    } else {
+      prompt.Tell(Format(msg::kStartDocFailed, error));
+      prompt.Tell(msg::kCouldNotFinishPrinting);
+    }
+    return false;
+  }
+
+  plot.Printing = 1;
+  const QRect paper = printer.paperRect(QPrinter::DevicePixel).toRect();
+  plot.PageRect = PrintPageRect(model.Settings(), printer.logicalDpiX(), printer.logicalDpiY(), paper.width(),
+                                paper.height());
+  plot.NeedLayout = 1;
+  PaintTarget target;
+  target.Client = QRect(QPoint(plot.PageRect.Left, plot.PageRect.Top),
+                        QPoint(plot.PageRect.Right - 1, plot.PageRect.Bottom - 1));
+  target.ScrollPos = scrollPos;
+  PaintPlot(model, painter, target);
+  plot.Printing = 0;
+  plot.NeedLayout = 1;
+
+  if (!ServeEventsWhilePrinting(model)) {
+    // Cancelled while the page was spooled: the job is abandoned.  Qt's PDF engine
+    // cannot abandon a file once begun, so the half-made file is removed.
+    painter.end();
+    if (toPdf) {
+      std::error_code ec;
+      std::filesystem::remove(pdfPath, ec);
+    }
+    return false;
+  }
+
+  bool finished = true;
+  if (printer.printerState() == QPrinter::Error) {
+    prompt.Tell(Format(msg::kEndPageFailed, errno));
+    finished = false;
+  }
+  if (!painter.end() && finished) {
+    prompt.Tell(Format(msg::kEndDocFailed, errno));
+    finished = false;
+  }
+  if (!finished) {
+    printer.abort();
+    prompt.Tell(msg::kCouldNotFinishPrinting);
+  }
+  return finished;
+}
+
+}  // namespace sedra
