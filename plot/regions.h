@@ -17,7 +17,8 @@ void DrawRegion(PaintContext& ctx, int index, int offsetMm, int sectionIndex, Re
 
 // A line of pen style `style` (0 solid, 1 dashes, 2 dots, 3 dash-dot, 4 dash-dot-dot),
 // `width` pixels wide, drawn as `width` parallel one-pixel strokes: each further down
-// for a horizontal line, further right for a vertical one.  Document coordinates.
+// for a horizontal line, further right for a vertical one.  Document coordinates; the
+// end point (x2 or y2) is not drawn, as a pen line never draws its last pixel.
 void DrawHorizontalStyledLine(PaintContext& ctx, int x1, int x2, int64_t y, int style, int width, const QColor& colour);
 void DrawVerticalStyledLine(PaintContext& ctx, int x, int64_t y1, int64_t y2, int style, int width, const QColor& colour);
 
