@@ -340,6 +340,10 @@ class Model {
     if (Invalidate) Invalidate();
   }
 
+  // The drawing layer's screen images of the Dibs (images/draw/bitmap_cache.cpp).
+  // Opaque here so the model stays free of Qt; each model has its own.
+  std::shared_ptr<void> DrawCache;
+
   // Convenience views of the working block.
   WorkingBlock& Work() { return App.Work; }
   DisplaySettings& Settings() { return App.Settings; }

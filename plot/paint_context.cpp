@@ -1,7 +1,13 @@
 #include "plot/paint_context.h"
 
+#include <QFontMetrics>
 #include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPen>
 #include <algorithm>
+#include <cmath>
+
+#include "model/model.h"
 
 namespace sedra {
 
@@ -9,6 +15,12 @@ namespace {
 // Far enough outside the device that clipped edges never show, small enough that
 // every coordinate stays well inside the rasteriser's range.
 constexpr int64_t kGuard = 4096;
+
+// Windows-1252 code points of the bytes 0x80..0x9F (0 where the code page has none).
+constexpr char16_t kCp1252High[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                      0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+                                      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                      0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 }  // namespace
 
 PaintContext::PaintContext(QPainter& painter, Model& model, int originY, QRect deviceRect)
@@ -32,6 +44,32 @@ QFont PaintContext::MakeFont(const char* family, int points, int weight) const {
   f.setWeight(weight >= 700 ? QFont::Bold : QFont::Normal);
   f.setStyleStrategy(QFont::NoAntialias);
   return f;
+}
+
+int PaintContext::FontHeight(const QFont& font) const {
+  const QFontMetrics fm(font, Painter.device());
+  return fm.ascent() + fm.descent();
+}
+
+int PaintContext::FontMaxWidth(const QFont& font) const { return QFontMetrics(font, Painter.device()).maxWidth(); }
+
+int PaintContext::TextWidth(const QFont& font, const QString& text) const {
+  return QFontMetrics(font, Painter.device()).horizontalAdvance(text);
+}
+
+QColor PaintContext::Colour(int index) const {
+  const auto& colours = M.App.Settings.Colours;
+  if (index < 0 || index >= kColourTableSize) return QColor(0, 0, 0);
+  return FromColorRef(colours[index]);
+}
+
+void PaintContext::SetPen(const QColor& colour, Qt::PenStyle style) {
+  QPen pen(colour);
+  pen.setWidth(1);
+  pen.setCosmetic(true);
+  pen.setStyle(style);
+  pen.setCapStyle(Qt::FlatCap);
+  Painter.setPen(pen);
 }
 
 int PaintContext::DeviceY(int64_t docY) const {
@@ -81,6 +119,45 @@ void PaintContext::Text(int left, int64_t top, int right, int64_t bottom, int fl
   if (bottom < VisibleTop() - 200 || top > VisibleBottom() + 200) return;
   Painter.drawText(QRect(QPoint(left, int(top - OriginY)), QPoint(right - 1, int(bottom - OriginY) - 1)),
                    flags, text);
+}
+
+void PaintContext::FocusRect(int left, int64_t top, int right, int64_t bottom) {
+  if (right <= left || bottom <= top) return;
+  if (!BandVisible(top, bottom)) return;
+  // The platform drew focus rectangles by inverting alternate pixels; where the device
+  // can combine pixels that is what happens here too, elsewhere a dotted black frame.
+  QPaintEngine* engine = Painter.paintEngine();
+  const bool invert = engine && engine->hasFeature(QPaintEngine::RasterOpModes);
+  const QPainter::CompositionMode old = Painter.compositionMode();
+  QPen pen(invert ? QColor(255, 255, 255) : QColor(0, 0, 0));
+  pen.setCosmetic(true);
+  pen.setWidth(1);
+  pen.setDashPattern({1.0, 1.0});
+  pen.setCapStyle(Qt::FlatCap);
+  Painter.setPen(pen);
+  if (invert) Painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+  Line(left, top, right - 1, top);
+  Line(right - 1, top, right - 1, bottom - 1);
+  Line(right - 1, bottom - 1, left, bottom - 1);
+  Line(left, bottom - 1, left, top);
+  Painter.setCompositionMode(old);
+}
+
+QString FromAnsi(const char* text, size_t size) {
+  QString out;
+  if (!text) return out;
+  for (size_t i = 0; i < size && text[i] != '\0'; ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    char16_t c = byte;
+    if (byte >= 0x80 && byte < 0xA0) c = kCp1252High[byte - 0x80] ? kCp1252High[byte - 0x80] : char16_t(0xFFFD);
+    out.append(QChar(c));
+  }
+  return out;
+}
+
+int FloorInt(double v) {
+  if (!(v == v)) return 0;
+  return int(std::clamp(std::floor(v), -2147483648.0, 2147483647.0));
 }
 
 }  // namespace sedra

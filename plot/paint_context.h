@@ -12,7 +12,10 @@
 #include <QFont>
 #include <QPainter>
 #include <QRect>
+#include <QString>
 #include <cstdint>
+
+#include "images/draw/image_draw.h"
 
 namespace sedra {
 
@@ -33,6 +36,17 @@ struct PaintContext {
   // Pixel size of a font of `points` points on this device (MulDiv(p, dpiY, 72)).
   int FontPixels(int points) const;
   QFont MakeFont(const char* family, int points, int weight) const;
+  // Character height (ascent + descent), maximum character width and text extent of a
+  // font on this device.
+  int FontHeight(const QFont& font) const;
+  int FontMaxWidth(const QFont& font) const;
+  int TextWidth(const QFont& font, const QString& text) const;
+
+  // Colour of the settings' colour table.
+  QColor Colour(int index) const;
+  // A solid (or styled) one-pixel pen that, like the platform's, leaves out the last
+  // pixel of a line.
+  void SetPen(const QColor& colour, Qt::PenStyle style = Qt::SolidLine);
 
   // Document y to device y, clamped into a safe band around the device rectangle.
   int DeviceY(int64_t docY) const;
@@ -40,6 +54,7 @@ struct PaintContext {
   int64_t VisibleTop() const { return OriginY + Device.top() - 2; }
   int64_t VisibleBottom() const { return OriginY + Device.bottom() + 3; }
   bool RowVisible(int64_t docY) const { return docY >= VisibleTop() && docY < VisibleBottom(); }
+  bool BandVisible(int64_t top, int64_t bottom) const { return bottom >= VisibleTop() && top < VisibleBottom(); }
 
   // Drawing in document coordinates.  Lines are clipped (keeping their slope) to the
   // visible band before they are handed to the painter.
@@ -49,9 +64,21 @@ struct PaintContext {
   void Text(int left, int64_t top, int right, int64_t bottom, int flags, const QString& text);
   // The device rectangle for a document rectangle, clamped like DeviceY.
   QRect DeviceRect(int left, int64_t top, int right, int64_t bottom) const;
+  // The dotted focus rectangle (left, top, right, bottom; right and bottom exclusive).
+  void FocusRect(int left, int64_t top, int right, int64_t bottom);
+
+  // Where the image drawing lands.
+  DrawSurface Surface() const { return DrawSurface{&Painter, OriginY, Device}; }
 };
 
 // 0x00BBGGRR colour of the settings to QColor.
 inline QColor FromColorRef(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }
+
+// An 8-bit text of the model (Windows-1252) as a QString; at most `size` bytes are read.
+QString FromAnsi(const char* text, size_t size = 4096);
+
+// floor(v) as an int; NaN gives 0 and values beyond the int range are clamped, so a
+// damaged length never turns into undefined behaviour.
+int FloorInt(double v);
 
 }  // namespace sedra

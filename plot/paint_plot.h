@@ -3,6 +3,7 @@
 // printer or PDF page, and an image.
 
 #include <QRect>
+#include <functional>
 
 class QPainter;
 
@@ -15,6 +16,8 @@ struct PaintTarget {
   QRect Client;         // the window's client rectangle (PageRect on screen)
   QRect Exposed;        // the part that needs painting, client coordinates; empty = all
   int ScrollPos = 0;    // vertical scroll position (used when ZoomFactor > 1)
+  // Closes the value read-out popup when one is open (every paint ends it).
+  std::function<void()> EndValuePopup;
 };
 
 // Draws the whole plot from the model and writes the layout fields back into PlotState.

@@ -1,0 +1,235 @@
+#include "images/draw/image_draw.h"
+
+#include <QPaintEngine>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "images/draw/bitmap_cache.h"
+#include "model/model.h"
+
+namespace sedra {
+
+namespace {
+
+// floor() of a product that may be NaN or huge, as a pixel count that cannot overflow.
+int FloorPixels(double v) {
+  if (!(v == v)) return 0;
+  return int(std::clamp(std::floor(v), -1.0e9, 1.0e9));
+}
+
+int Zoom(const PlotState& plot) { return std::max(1, plot.ZoomFactor); }
+
+// The source index that destination pixel i of n samples when s source pixels from s0
+// are stretched over them: the pixel whose span holds the destination pixel's centre.
+inline int64_t SourceIndex(int64_t s0, int64_t s, int64_t i, int64_t n) { return s0 + ((2 * i + 1) * s) / (2 * n); }
+
+// The first destination pixel in [lo, hi) whose source index reaches `target` (the
+// source index never decreases along the destination).
+int64_t FirstReaching(int64_t lo, int64_t hi, int64_t first, int64_t s0, int64_t s, int64_t n, int64_t target) {
+  while (lo < hi) {
+    const int64_t mid = lo + (hi - lo) / 2;
+    if (SourceIndex(s0, s, mid - first, n) >= target)
+      hi = mid;
+    else
+      lo = mid + 1;
+  }
+  return lo;
+}
+
+// Trims the destination range [d0, d1) (device pixels; the destination starts at
+// `first`) to the pixels whose source lies inside [0, limit).
+bool TrimToSource(int64_t& d0, int64_t& d1, int64_t first, int64_t s0, int64_t s, int64_t n, int64_t limit) {
+  d0 = FirstReaching(d0, d1, first, s0, s, n, 0);
+  d1 = FirstReaching(d0, d1, first, s0, s, n, limit);
+  return d0 < d1;
+}
+
+}  // namespace
+
+void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
+                  int w, int64_t h, QPainter::CompositionMode mode) {
+  if (!surface.Painter || image.isNull() || w <= 0 || h <= 0 || sw <= 0 || sh <= 0) return;
+  const QRect& dev = surface.Device;
+  if (dev.isEmpty()) return;
+
+  QImage converted;
+  const QImage* src = &image;
+  if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32) {
+    converted = image.convertToFormat(QImage::Format_RGB32);
+    if (converted.isNull()) return;
+    src = &converted;
+  }
+
+  // The destination in device coordinates, cut to the device rectangle.
+  const int64_t top = y - surface.OriginY;
+  int64_t c0 = std::max<int64_t>(x, dev.left());
+  int64_t c1 = std::min<int64_t>(int64_t(x) + w, int64_t(dev.right()) + 1);
+  int64_t r0 = std::max<int64_t>(top, dev.top());
+  int64_t r1 = std::min<int64_t>(top + h, int64_t(dev.bottom()) + 1);
+  if (c0 >= c1 || r0 >= r1) return;
+  if (!TrimToSource(c0, c1, x, sx, sw, w, src->width())) return;
+  if (!TrimToSource(r0, r1, top, sy, sh, h, src->height())) return;
+
+  const int outW = int(c1 - c0);
+  const int outH = int(r1 - r0);
+  // One scratch buffer per thread, grown as needed: painting allocates nothing after
+  // the first frames.
+  thread_local std::vector<uint32_t> scratch;
+  thread_local std::vector<int> columns;
+  const size_t need = size_t(outW) * size_t(outH);
+  if (scratch.size() < need) scratch.resize(need);
+  columns.resize(size_t(outW));
+  for (int j = 0; j < outW; ++j) columns[size_t(j)] = int(SourceIndex(sx, sw, c0 + j - x, w));
+
+  const uchar* bits = src->constBits();
+  const qsizetype bpl = src->bytesPerLine();
+  int64_t previous = -1;
+  for (int i = 0; i < outH; ++i) {
+    uint32_t* out = scratch.data() + size_t(i) * size_t(outW);
+    const int64_t row = SourceIndex(sy, sh, r0 + i - top, h);
+    if (row == previous) {
+      std::memcpy(out, out - outW, size_t(outW) * sizeof(uint32_t));
+      continue;
+    }
+    previous = row;
+    const auto* in = reinterpret_cast<const uint32_t*>(bits + row * bpl);
+    for (int j = 0; j < outW; ++j) out[j] = in[columns[size_t(j)]] | 0xFF000000u;
+  }
+
+  const QImage part(reinterpret_cast<const uchar*>(scratch.data()), outW, outH, qsizetype(outW) * 4,
+                    QImage::Format_RGB32);
+  QPainter& painter = *surface.Painter;
+  const QPainter::CompositionMode old = painter.compositionMode();
+  const bool rasterOp = mode >= QPainter::RasterOp_SourceOrDestination;
+  const bool supported = !rasterOp || (painter.paintEngine() && painter.paintEngine()->hasFeature(QPaintEngine::RasterOpModes));
+  painter.setCompositionMode(supported ? mode : QPainter::CompositionMode_Source);
+  painter.drawImage(QPoint(int(c0), int(r0)), part);
+  painter.setCompositionMode(old);
+}
+
+void RadiographSourceRows(const Model& model, int section, int imageHeight, int& firstRow, int& rowCount) {
+  const PlotState& plot = model.Plot();
+  const int points = model.Section(section).PointCount;
+  firstRow = 0;
+  rowCount = imageHeight;
+  if (plot.Expanded && points > 0) {
+    firstRow = int(int64_t(plot.ViewFirstPoint) * imageHeight / points);
+    rowCount = int(int64_t(plot.ViewLastPoint - plot.ViewFirstPoint) * imageHeight / points);
+  }
+  firstRow = std::clamp(firstRow, 0, std::max(0, imageHeight - 1));
+  rowCount = std::clamp(rowCount, 0, imageHeight - firstRow);
+}
+
+void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height) {
+  OpticalImageDesc& optical = model.Section(section).Optical;
+  const PlotState& plot = model.Plot();
+  optical.RequestedRect = {left, top, left + width, top + height};
+  optical.DrawnRect = {left, top, left, top};
+  const QImage& image = CachedBitmap(model, optical.Bitmap);
+  if (image.isNull() || width <= 0 || height <= 0) return;
+
+  // Columns: from CropLeft, CropRight of them.  The width is CropRight itself and not
+  // CropRight - CropLeft; a crop that starts right of 0 therefore reaches past the
+  // image's edge, which stays unpainted.  Kept so: the crop dialog was fitted to it.
+  const int sx = optical.CropLeft;
+  const int sw = optical.CropRight;
+
+  // Rows: the crop, narrowed to the pixels document.txt placed on the section.
+  int first = optical.CropTop;
+  int last = optical.CropBottom;
+  if (optical.LastShownPixel > optical.FirstShownPixel) {
+    first = std::max(first, optical.FirstShownPixel);
+    last = std::min(last, optical.LastShownPixel);
+  }
+  first = std::max(first, 0);
+  last = std::min(last, image.height() - 1);
+  int count = last - first + 1;
+  if (count < 1) return;
+
+  // The depth the rectangle stands for, to place the image's own start and length.
+  double span = plot.SectionLength[section];
+  if (plot.ShowAllSections && plot.ImageCoversAll) span = plot.LayoutSpan;
+  if (plot.Expanded && !plot.ShowAllSections) {
+    const double length = span;
+    if (length > 0) {
+      const int skip = FloorPixels(count * double(plot.ExpandTop) / length);
+      count = FloorPixels(count * double(plot.ExpandBottom - plot.ExpandTop) / length);
+      first += std::max(0, skip);
+      count = std::clamp(count, 0, image.height() - first);
+      if (count < 1) return;
+    }
+    span = plot.ExpandBottom - plot.ExpandTop;
+  }
+  int drawTop = top;
+  int drawHeight = height;
+  if (span > 0) {
+    drawTop = top + FloorPixels(double(optical.OpticalTop) * height / span);
+    if (optical.OpticalLength > 0) drawHeight = FloorPixels(double(optical.OpticalLength) * height / span);
+  }
+  StretchImage(surface, image, sx, first, sw, count, left, drawTop, width, drawHeight);
+  optical.DrawnRect = {left, drawTop, left + width, drawTop + drawHeight};
+}
+
+int DrawRadiographs(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height) {
+  CoreSection& sec = model.Section(section);
+  const PlotState& plot = model.Plot();
+  if (sec.RadiographCount < 1) return 0;
+  const int count = std::min(sec.RadiographCount, kMaxRadiographs);
+  int placed = 0;
+  int x = left;
+  for (int i = 0; i < count; ++i) {
+    RadiographDesc& rad = sec.Radiographs[size_t(i)];
+    if (rad.Bitmap.Empty()) continue;
+    ++placed;
+    // While the radiograph contrast dialog is open it owns the image: the plot keeps
+    // the place but draws nothing there.
+    if (!plot.RadContrastOpen) {
+      const int y = Zoom(plot) * rad.TopOffset + top;
+      const int drawn = FloorPixels(double(rad.HeightScale) * height);
+      rad.EditRect = {x, y, x + width - 1, y + drawn - 1};
+      rad.ViewRect = rad.EditRect;
+      rad.DestRect = {x, y, x + width, y + drawn};
+      const QImage& image = CachedBitmap(model, rad.Bitmap);
+      int first = 0, rows = 0;
+      RadiographSourceRows(model, section, image.height(), first, rows);
+      StretchImage(surface, image, 0, first, image.width(), rows, x, y, width, drawn);
+    }
+    x += width;
+  }
+  return placed;
+}
+
+void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height) {
+  DrawOpticalImage(surface, model, section, left, top, width, height);
+  const PlotState& plot = model.Plot();
+  RadiographDesc& rad = model.Section(section).Radiographs[size_t(model.CurRadiographSlot())];
+  const QImage& image = CachedBitmap(model, rad.Bitmap);
+  if (image.isNull()) return;
+  const int y = Zoom(plot) * rad.TopOffset + top;
+  const int drawn = FloorPixels(double(rad.HeightScale) * height);
+  int first = 0, rows = 0;
+  RadiographSourceRows(model, section, image.height(), first, rows);
+  // A printed page gets a plain copy, so it shows the radiograph in place of the
+  // optical image rather than combined with it.  Kept: printed figures have always
+  // looked like this and users rely on it.
+  QPainter::CompositionMode mode = QPainter::CompositionMode_Source;
+  if (!plot.Printing)
+    mode = plot.OverlayOr ? QPainter::RasterOp_SourceOrDestination : QPainter::RasterOp_SourceAndDestination;
+  StretchImage(surface, image, 0, first, image.width(), rows, left, y, width, drawn, mode);
+}
+
+void DrawMovedRadiograph(const DrawSurface& surface, Model& model) {
+  const PlotState& plot = model.Plot();
+  RadiographDesc& rad = model.CurRadiograph();
+  const QImage& image = CachedBitmap(model, rad.Bitmap);
+  if (image.isNull()) return;
+  const IntRect& r = plot.RadPlacement;
+  int first = 0, rows = 0;
+  RadiographSourceRows(model, model.CurSectionSlot(), image.height(), first, rows);
+  StretchImage(surface, image, 0, first, image.width(), rows, r.Left, r.Top, r.Right - r.Left,
+               int64_t(r.Bottom) - r.Top);
+}
+
+}  // namespace sedra
