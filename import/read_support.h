@@ -1,0 +1,47 @@
+#pragma once
+// Helpers shared by the section readers: image capacities, buffer allocation and the
+// folder bookkeeping that every read command does after the user picked a file.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace sedra {
+
+class Model;
+class Prompt;
+struct Dib;
+struct RadiographDesc;
+
+// The largest image a reader will build, in pixels.  Far above any scanner image
+// (18 000 x 2 000 radiographs, 8192-row optical images), low enough that a file whose
+// header claims something absurd is refused before any memory is touched.
+constexpr int64_t kMaxImagePixels = int64_t(1) << 28;
+
+// What a reader did, beyond its 1/0 answer.
+struct ReadOutcome {
+  int Result = 0;           // 1: read (or the quiet return for a file that cannot be opened)
+  bool PixelsRead = false;  // the descriptor holds new pixels
+};
+
+// Where a radiograph added to a section goes: given the section's new radiograph count,
+// the place 0 .. count - 1.  Radiographs at and after that place move one place on.
+using RadiographPlaceChooser = std::function<int(int count)>;
+
+// Called by the RAW reader once the file is chosen: the view goes back to 100%.
+using ZoomReset = std::function<void()>;
+
+// Sizes `dib` for a width x height 24-bit bitmap, zero-filled.  Throws std::bad_alloc.
+void AllocateDib(Dib& dib, int32_t width, int32_t height);
+
+// Stores the chosen file's folder as LastDirectory (bounded to the field).
+void RememberFolder(Model& model, const std::string& chosenPath);
+
+// Last component of a folder path; empty for a root.
+std::string LastComponent(const std::string& folder);
+
+// Scans the samples once: subtracts the scanner's 32768 offset when every sample is
+// above it, then sets MaxValue (at most 65535).
+void ApplyOffsetCorrection(RadiographDesc& rad, uint32_t minimum, uint32_t maximum);
+
+}  // namespace sedra

@@ -1,0 +1,480 @@
+#include "import/tiff_reader.h"
+
+#include <tiffio.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "model/messages.h"
+#include "model/model.h"
+#include "model/prompt.h"
+
+namespace sedra {
+namespace {
+
+// libtiff would print its complaints on stderr; the user sees the program's messages.
+void SilenceLibtiff() {
+  static const bool silenced = [] {
+    TIFFSetWarningHandler(nullptr);
+    TIFFSetErrorHandler(nullptr);
+    return true;
+  }();
+  (void)silenced;
+}
+
+struct TiffCloser {
+  void operator()(TIFF* t) const {
+    if (t) TIFFClose(t);
+  }
+};
+using TiffHandle = std::unique_ptr<TIFF, TiffCloser>;
+
+// A TIFF in memory, for libtiff's client interface.
+struct MemoryStream {
+  const uint8_t* Data;
+  uint64_t Size;
+  uint64_t Pos;
+};
+
+tmsize_t MemRead(thandle_t h, void* buf, tmsize_t n) {
+  auto* m = static_cast<MemoryStream*>(h);
+  if (n <= 0 || m->Pos >= m->Size) return 0;
+  const uint64_t count = std::min<uint64_t>(uint64_t(n), m->Size - m->Pos);
+  std::memcpy(buf, m->Data + m->Pos, size_t(count));
+  m->Pos += count;
+  return tmsize_t(count);
+}
+tmsize_t MemWrite(thandle_t, void*, tmsize_t) { return 0; }
+toff_t MemSeek(thandle_t h, toff_t off, int whence) {
+  auto* m = static_cast<MemoryStream*>(h);
+  uint64_t base = 0;
+  if (whence == SEEK_CUR) base = m->Pos;
+  else if (whence == SEEK_END) base = m->Size;
+  if (off > UINT64_MAX - base) return toff_t(-1);
+  m->Pos = base + off;
+  return m->Pos;
+}
+int MemClose(thandle_t) { return 0; }
+toff_t MemSize(thandle_t h) { return static_cast<MemoryStream*>(h)->Size; }
+int MemMap(thandle_t h, void** base, toff_t* size) {
+  auto* m = static_cast<MemoryStream*>(h);
+  *base = const_cast<uint8_t*>(m->Data);  // opened read-only: libtiff never writes through it
+  *size = m->Size;
+  return 1;
+}
+void MemUnmap(thandle_t, void*, toff_t) {}
+
+// Classic or big TIFF in either byte order.  Anything else is what the scanner software
+// always called "not version 4.2".
+bool LooksLikeTiff(const uint8_t* b, size_t n) {
+  if (n < 4) return false;
+  unsigned version = 0;
+  if (b[0] == 'I' && b[1] == 'I') version = unsigned(b[2]) | unsigned(b[3]) << 8;
+  else if (b[0] == 'M' && b[1] == 'M') version = unsigned(b[2]) << 8 | unsigned(b[3]);
+  return version == 42 || version == 43;
+}
+
+struct Source {
+  uint8_t Header[4] = {};
+  size_t HeaderBytes = 0;
+  uint64_t FileSize = 0;
+  std::function<TIFF*()> Open;
+};
+
+// Where the pixels of an optical image go (see ReadOptical).
+struct OpticalGeometry {
+  int64_t Width, Height;  // bitmap
+  int64_t Stride;
+  int64_t Step;           // keep every Step-th TIFF row and column
+  int64_t EvenRows, EvenColumns;
+  bool Rotate;            // landscape: TIFF rows become bitmap columns
+};
+
+template <typename T>
+void PlaceOpticalSegment(uint8_t* pixels, const OpticalGeometry& g, int64_t r, const T* src, int64_t c0,
+                         int64_t cols, int pixelStep, int firstChannel, int channelCount) {
+  const int64_t f = g.Step;
+  int64_t start = ((c0 + f - 1) / f) * f;
+  const int64_t end = std::min(c0 + cols, g.EvenColumns);
+  for (int64_t c = start; c < end; c += f) {
+    int64_t row, col;
+    if (g.Rotate) {
+      col = r / f;
+      row = g.Height - 1 - c / f;
+    } else {
+      row = r / f;
+      col = c / f;
+    }
+    // Halving can round the bitmap below the kept rows; such pixels have no place.
+    if (row < 0 || row >= g.Height || col < 0 || col >= g.Width) continue;
+    uint8_t* out = pixels + row * g.Stride + col * 3;
+    const T* in = src + (c - c0) * pixelStep;
+    for (int k = 0; k < channelCount; ++k) {
+      const int channel = firstChannel + k;  // 0 red, 1 green, 2 blue
+      // 16-bit colour keeps only its high byte.
+      const unsigned v = sizeof(T) == 1 ? unsigned(in[k]) : unsigned(in[k]) >> 8;
+      out[2 - channel] = uint8_t(v);
+    }
+  }
+}
+
+template <typename T>
+bool ReadOpticalPixels(TIFF* tif, uint8_t* pixels, const OpticalGeometry& g, int64_t tiffWidth,
+                       int64_t tiffHeight, bool separate) {
+  const int planes = separate ? 3 : 1;
+  const int pixelStep = separate ? 1 : 3;
+  const int channelCount = separate ? 1 : 3;
+  const int64_t pixelBytes = int64_t(sizeof(T)) * pixelStep;
+  if (TIFFIsTiled(tif)) {
+    uint32_t tw = 0, th = 0;
+    TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
+    TIFFGetField(tif, TIFFTAG_TILELENGTH, &th);
+    const int64_t rowBytes = int64_t(TIFFTileRowSize64(tif));
+    const int64_t tileBytes = int64_t(TIFFTileSize64(tif));
+    if (tw == 0 || th == 0 || rowBytes < int64_t(tw) * pixelBytes || tileBytes < rowBytes * int64_t(th)) return false;
+    std::vector<uint8_t> tile(static_cast<size_t>(tileBytes));
+    for (int plane = 0; plane < planes; ++plane)
+      for (int64_t y0 = 0; y0 < tiffHeight; y0 += th)
+        for (int64_t x0 = 0; x0 < tiffWidth; x0 += tw) {
+          if (TIFFReadTile(tif, tile.data(), uint32_t(x0), uint32_t(y0), 0, uint16_t(plane)) < 0) return false;
+          const int64_t rows = std::min<int64_t>(th, tiffHeight - y0);
+          const int64_t cols = std::min<int64_t>(tw, tiffWidth - x0);
+          for (int64_t ty = 0; ty < rows; ++ty) {
+            const int64_t r = y0 + ty;
+            if (r >= g.EvenRows || r % g.Step != 0) continue;
+            PlaceOpticalSegment(pixels, g, r, reinterpret_cast<const T*>(tile.data() + ty * rowBytes), x0, cols,
+                                pixelStep, separate ? plane : 0, channelCount);
+          }
+        }
+    return true;
+  }
+  const int64_t lineBytes = int64_t(TIFFScanlineSize64(tif));
+  if (lineBytes < tiffWidth * pixelBytes) return false;
+  std::vector<uint8_t> line(static_cast<size_t>(lineBytes));
+  for (int plane = 0; plane < planes; ++plane)
+    for (int64_t r = 0; r < g.EvenRows; ++r) {
+      // Every row is read, kept or not: compressed strips only decode in order.
+      if (TIFFReadScanline(tif, line.data(), uint32_t(r), uint16_t(plane)) < 0) return false;
+      if (r % g.Step != 0) continue;
+      PlaceOpticalSegment(pixels, g, r, reinterpret_cast<const T*>(line.data()), 0, tiffWidth, pixelStep,
+                          separate ? plane : 0, channelCount);
+    }
+  return true;
+}
+
+// Radiographs are always turned a quarter anticlockwise: TIFF row r becomes bitmap
+// column r and TIFF column c bitmap row Height - 1 - c.  A block of TIFF rows is written
+// column by column, so each bitmap row receives a run of neighbouring samples.
+template <typename T>
+void PlaceRadiographBlock(RadiographDesc& rad, const T* src, size_t srcStride, int64_t r0, int64_t rows, int64_t c0,
+                          int64_t cols, uint32_t& minimum, uint32_t& maximum) {
+  uint32_t lo = minimum, hi = maximum;
+  for (int64_t i = 0; i < rows; ++i) {
+    const T* s = src + size_t(i) * srcStride;
+    for (int64_t c = 0; c < cols; ++c) {
+      const uint32_t v = s[c];
+      lo = v < lo ? v : lo;
+      hi = v > hi ? v : hi;
+    }
+  }
+  minimum = lo;
+  maximum = hi;
+  const int64_t width = rad.Width;
+  uint16_t* out = rad.Samples.data();
+  for (int64_t c = 0; c < cols; ++c) {
+    uint16_t* dst = out + size_t((rad.Height - 1 - (c0 + c)) * width + r0);
+    const T* s = src + c;
+    for (int64_t i = 0; i < rows; ++i) dst[i] = uint16_t(s[size_t(i) * srcStride]);
+  }
+}
+
+template <typename T>
+bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, int64_t tiffHeight, uint32_t& minimum,
+                           uint32_t& maximum) {
+  if (TIFFIsTiled(tif)) {
+    uint32_t tw = 0, th = 0;
+    TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
+    TIFFGetField(tif, TIFFTAG_TILELENGTH, &th);
+    const int64_t rowBytes = int64_t(TIFFTileRowSize64(tif));
+    const int64_t tileBytes = int64_t(TIFFTileSize64(tif));
+    if (tw == 0 || th == 0 || rowBytes < int64_t(tw * sizeof(T)) || rowBytes % int64_t(sizeof(T)) != 0 ||
+        tileBytes < rowBytes * int64_t(th))
+      return false;
+    std::vector<T> tile(size_t(tileBytes) / sizeof(T) + 1);
+    for (int64_t y0 = 0; y0 < tiffHeight; y0 += th)
+      for (int64_t x0 = 0; x0 < tiffWidth; x0 += tw) {
+        if (TIFFReadTile(tif, tile.data(), uint32_t(x0), uint32_t(y0), 0, 0) < 0) return false;
+        PlaceRadiographBlock(rad, tile.data(), size_t(rowBytes) / sizeof(T), y0, std::min<int64_t>(th, tiffHeight - y0),
+                             x0, std::min<int64_t>(tw, tiffWidth - x0), minimum, maximum);
+      }
+    return true;
+  }
+  const int64_t lineBytes = int64_t(TIFFScanlineSize64(tif));
+  if (lineBytes < tiffWidth * int64_t(sizeof(T)) || lineBytes % int64_t(sizeof(T)) != 0) return false;
+  // A band of a few rows: enough for whole cache lines per bitmap row, small beside the image.
+  constexpr int64_t kBandRows = 16;
+  const size_t stride = size_t(lineBytes) / sizeof(T);
+  std::vector<T> band(stride * size_t(std::min(kBandRows, tiffHeight)));
+  for (int64_t r0 = 0; r0 < tiffHeight; r0 += kBandRows) {
+    const int64_t rows = std::min(kBandRows, tiffHeight - r0);
+    for (int64_t i = 0; i < rows; ++i)
+      if (TIFFReadScanline(tif, band.data() + size_t(i) * stride, uint32_t(r0 + i), 0) < 0) return false;
+    PlaceRadiographBlock(rad, band.data(), stride, r0, rows, 0, tiffWidth, minimum, maximum);
+  }
+  return true;
+}
+
+void SetFileName(Model& model, const std::string& fileTitle) {
+  CoreSection& section = model.CurSection();
+  const std::string folder = LastComponent(model.Settings().SectionFolder);
+  if (folder.empty()) return;  // a root folder has no name to show
+  if (folder.size() + fileTitle.size() >= 63) {
+    CopyField(section.FileName, folder.c_str());
+  } else {
+    const std::string both = folder + char(std::filesystem::path::preferred_separator) + fileTitle;
+    CopyField(section.FileName, both.c_str());
+  }
+}
+
+class TiffRead {
+ public:
+  TiffRead(Model& model, Prompt& prompt, bool radiograph, bool add, const RadiographPlaceChooser& choosePlace,
+           int64_t maxPixels)
+      : model_(model), prompt_(prompt), radiograph_(radiograph), add_(add), choosePlace_(choosePlace),
+        maxPixels_(maxPixels) {}
+
+  ReadOutcome Run(const Source& source, const std::string& fileTitle) {
+    if (!LooksLikeTiff(source.Header, source.HeaderBytes)) {
+      prompt_.Message(msg::kNotVersion42, msg::kDefaultCaption, Icon::None, Buttons::Ok);
+      return {};
+    }
+    if (radiograph_ || model_.CurSection().FileName[0] == '\0') SetFileName(model_, fileTitle);
+    PrepareTarget();
+
+    SilenceLibtiff();
+    TiffHandle tif(source.Open());
+    if (!tif) return Fail(msg::kErrorReadingTiff, "", true);
+
+    uint16_t compression = COMPRESSION_NONE;
+    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_COMPRESSION, &compression);
+    if (!TIFFIsCODECConfigured(compression)) return Fail(msg::kCompressed, "", false);
+    uint16_t spp = 1, bits = 1, planar = PLANARCONFIG_CONTIG, photometric = 0;
+    uint32_t tiffWidth = 0, tiffHeight = 0;
+    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_SAMPLESPERPIXEL, &spp);
+    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_BITSPERSAMPLE, &bits);
+    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_PLANARCONFIG, &planar);
+    TIFFGetField(tif.get(), TIFFTAG_IMAGEWIDTH, &tiffWidth);
+    TIFFGetField(tif.get(), TIFFTAG_IMAGELENGTH, &tiffHeight);
+    if (TIFFGetField(tif.get(), TIFFTAG_PHOTOMETRIC, &photometric) && compression == COMPRESSION_JPEG &&
+        photometric == PHOTOMETRIC_YCBCR)
+      TIFFSetField(tif.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+
+    if (!radiograph_) {
+      if (spp != 3) return Fail(msg::kExpected3Samples, "", false);
+      if (bits != 8 && bits != 16) return Fail(msg::kExpectedBits, "", false);
+    } else {
+      if (spp != 1) return Fail(msg::kExpected1Sample, "", true);
+      // Radiographs come as 16-bit counts; 8-bit ones are taken as they are.  Other
+      // depths cannot be meant as counts.
+      if (bits != 8 && bits != 16) return Fail(msg::kErrorReadingTiff, "", true);
+    }
+    const int64_t w = tiffWidth, h = tiffHeight;
+    if (w < 1 || h < 1) return Fail(msg::kErrorReadingTiff, "", true);
+    // The pixels a header claims must fit in the file: as stored without compression,
+    // and within what any codec can squeeze into it otherwise.
+    const uint64_t needed = uint64_t(w) * uint64_t(h) * spp * (bits / 8);
+    const uint64_t room = compression == COMPRESSION_NONE ? source.FileSize : source.FileSize * 1100;
+    if (needed > room) return Fail(msg::kErrorReadingTiff, "", true);
+
+    return radiograph_ ? ReadRadiograph(tif.get(), w, h, bits) : ReadOptical(tif.get(), w, h, bits, planar);
+  }
+
+ private:
+  void PrepareTarget() {
+    CoreSection& section = model_.CurSection();
+    PlotState& plot = model_.Plot();
+    if (radiograph_) {
+      if (add_) {
+        const int index = std::clamp(section.RadiographCount, 0, kMaxRadiographs - 1);
+        section.RadiographCount = index + 1;
+        plot.CurRadiographIndex = index;
+        int place = choosePlace_ ? choosePlace_(section.RadiographCount) : index;
+        place = std::clamp(place, 0, index);
+        for (int i = index; i > place; --i) section.Radiographs[size_t(i)] = std::move(section.Radiographs[size_t(i - 1)]);
+        plot.CurRadiographIndex = place;
+        addedPlace_ = place;
+        addedIndex_ = index;
+      } else if (section.RadiographCount == 0) {
+        section.RadiographCount = 1;
+        plot.CurRadiographIndex = 0;
+      }
+      model_.CurRadiograph().Clear();
+    } else {
+      section.Optical.Clear();
+      section.Optical.Upper = 256;
+    }
+  }
+
+  // Refusals after the descriptor was cleared: it stays cleared, so nothing half-read is
+  // ever painted.  A refused radiograph also gives its place back.
+  ReadOutcome Fail(const char* text, const char* caption, bool restoreCount) {
+    CoreSection& section = model_.CurSection();
+    if (radiograph_) {
+      model_.CurRadiograph().Clear();
+      if (restoreCount) {
+        if (addedPlace_ >= 0) {
+          for (int i = addedPlace_; i < addedIndex_; ++i)
+            section.Radiographs[size_t(i)] = std::move(section.Radiographs[size_t(i + 1)]);
+          section.Radiographs[size_t(addedIndex_)].Clear();
+        }
+        section.RadiographCount = std::max(section.RadiographCount - 1, 0);
+        model_.Plot().CurRadiographIndex = section.RadiographCount;
+      }
+    } else {
+      section.Optical.Clear();
+      section.Optical.Upper = 256;
+    }
+    prompt_.Message(text, caption, Icon::None, Buttons::Ok);
+    return {};
+  }
+
+  ReadOutcome ReadOptical(TIFF* tif, int64_t w, int64_t h, uint16_t bits, uint16_t planar) {
+    OpticalGeometry g{};
+    g.Rotate = h < w;  // the longer side runs along the core
+    g.Height = g.Rotate ? w : h;
+    g.Width = g.Rotate ? h : w;
+    g.Step = 1;
+    while (g.Height > 8192) {
+      g.Height /= 2;
+      g.Width /= 2;
+      g.Step *= 2;
+    }
+    if (g.Width < 1) return Fail(msg::kErrorReadingTiff, "", false);
+    if (g.Width * g.Height > maxPixels_) return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, false);
+    g.Stride = Dib::StrideFor(int32_t(g.Width));
+    // The last row and column of an odd-sized image are dropped, as the scanner
+    // software always did; the bitmap keeps their place in black.
+    g.EvenRows = h & ~int64_t(1);
+    g.EvenColumns = w & ~int64_t(1);
+
+    OpticalImageDesc& opt = model_.CurOptical();
+    try {
+      opt.Pixels.assign(size_t(g.Stride * g.Height), 0);
+      AllocateDib(opt.Bitmap, int32_t(g.Width), int32_t(g.Height));
+    } catch (const std::bad_alloc&) {
+      return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, false);
+    }
+    const bool separate = planar == PLANARCONFIG_SEPARATE;
+    const bool ok = bits == 8 ? ReadOpticalPixels<uint8_t>(tif, opt.Pixels.data(), g, w, h, separate)
+                              : ReadOpticalPixels<uint16_t>(tif, opt.Pixels.data(), g, w, h, separate);
+    if (!ok) return Fail(msg::kErrorReadingTiff, "", false);
+
+    opt.Width = int32_t(g.Width);
+    opt.Height = int32_t(g.Height);
+    opt.CropRight = opt.Width - 1;
+    opt.CropBottom = opt.Height - 1;
+    std::memcpy(opt.Bitmap.Bits.data(), opt.Pixels.data(), opt.Pixels.size());
+    ++opt.Bitmap.Generation;
+    opt.Valid = 1;
+    model_.Plot().NeedLayout = 1;
+    model_.RequestRepaint();
+    return {1, true};
+  }
+
+  ReadOutcome ReadRadiograph(TIFF* tif, int64_t w, int64_t h, uint16_t bits) {
+    WorkingBlock& work = model_.Work();
+    work.SampleStep = 1;  // a TIFF radiograph is not resampled
+    work.RawLineGroup = 1;
+    if (w * h > maxPixels_) return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, true);
+    RadiographDesc& rad = model_.CurRadiograph();
+    rad.Width = int32_t(h);
+    rad.Height = int32_t(w);
+    try {
+      AllocateDib(rad.Bitmap, rad.Width, rad.Height);
+      rad.Samples.assign(size_t(w * h), 0);
+    } catch (const std::bad_alloc&) {
+      return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, true);
+    }
+    uint32_t minimum = 64000, maximum = 0;
+    const bool ok = bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum)
+                              : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum);
+    if (!ok) return Fail(msg::kErrorReadingTiff, "", true);
+    ApplyOffsetCorrection(rad, minimum, maximum);
+    rad.HeightScale = 1.0f;
+    return {1, true};
+  }
+
+  Model& model_;
+  Prompt& prompt_;
+  bool radiograph_, add_;
+  const RadiographPlaceChooser& choosePlace_;
+  int64_t maxPixels_;
+  int addedPlace_ = -1, addedIndex_ = -1;
+};
+
+struct BusyScope {
+  explicit BusyScope(Prompt& p) : prompt(p) { prompt.SetBusy(true); }
+  ~BusyScope() { prompt.SetBusy(false); }
+  Prompt& prompt;
+};
+
+}  // namespace
+
+ReadOutcome ReadTiffImage(Model& model, Prompt& prompt, bool radiograph, bool add,
+                          const RadiographPlaceChooser& choosePlace) {
+  if (radiograph && add && model.CurSection().RadiographCount >= kMaxRadiographs) {
+    prompt.Message(msg::kOnlyThreeRadiographs, msg::kDefaultCaption, Icon::None, Buttons::Ok);
+    return {};
+  }
+  FileRequest request;
+  request.Title = "Open TIFF file";
+  request.Filters = {{"TIFF files (*.tif)", "*.tif"}, {"All files (*.*)", "*.*"}};
+  request.FilterIndex = 1;
+  request.InitialName = std::string(1, char(std::filesystem::path::preferred_separator)) +
+                        (radiograph ? "radiograph.tif" : "optical.tif");
+  request.InitialDir = model.Settings().SectionFolder;
+  const FileChoice choice = prompt.OpenFile(request);
+  if (!choice.Accepted) return {};
+  RememberFolder(model, choice.Path);
+  return ReadTiffPath(model, prompt, choice.Path, radiograph, add, choosePlace);
+}
+
+ReadOutcome ReadTiffPath(Model& model, Prompt& prompt, const std::string& path, bool radiograph, bool add,
+                         const RadiographPlaceChooser& choosePlace) {
+  BusyScope busy(prompt);
+  Source source;
+  {
+    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
+    // A file that cannot be opened is passed over quietly; the command goes on.
+    if (!file) return {1, false};
+    source.HeaderBytes = std::fread(source.Header, 1, sizeof source.Header, file.get());
+    if (std::fseek(file.get(), 0, SEEK_END) == 0) {
+      const long end = std::ftell(file.get());
+      source.FileSize = end > 0 ? uint64_t(end) : 0;
+    }
+  }
+  source.Open = [&path] { return TIFFOpen(path.c_str(), "r"); };
+  TiffRead read(model, prompt, radiograph, add, choosePlace, kMaxImagePixels);
+  return read.Run(source, std::filesystem::path(path).filename().string());
+}
+
+ReadOutcome ReadTiffMemory(Model& model, Prompt& prompt, const uint8_t* data, size_t size, bool radiograph, bool add,
+                           const std::string& fileTitle, const RadiographPlaceChooser& choosePlace, int64_t maxPixels) {
+  Source source;
+  source.HeaderBytes = std::min<size_t>(size, sizeof source.Header);
+  if (source.HeaderBytes) std::memcpy(source.Header, data, source.HeaderBytes);
+  source.FileSize = size;
+  MemoryStream stream{data, size, 0};
+  source.Open = [&stream] {
+    return TIFFClientOpen("memory", "r", &stream, MemRead, MemWrite, MemSeek, MemClose, MemSize, MemMap, MemUnmap);
+  };
+  TiffRead read(model, prompt, radiograph, add, choosePlace, maxPixels);
+  return read.Run(source, fileTitle);
+}
+
+}  // namespace sedra
