@@ -113,6 +113,9 @@ bool PrintPlot(Model& model, Prompt& prompt, PrintPrompt& printPrompt, QWidget& 
   session.progress = std::make_unique<PrintProgressDialog>(model, &mainWindow);
   session.progress->AbortJob = [&printer] { printer.abort(); };
   mainWindow.setEnabled(false);
+  // Qt disables a disabled widget's child windows too; the progress dialog must stay
+  // usable, as an owned window does, or nothing could cancel the job.
+  session.progress->setEnabled(true);
   session.progress->show();
   session.progress->repaint();
 
