@@ -342,9 +342,8 @@ void DrawPoint(PaintContext& ctx, int x, int64_t y, int prevX, int64_t prevY, in
     ctx.Pixel(x, y, CurveColourOf(ctx.M, curve));
 }
 
-namespace {
-
 QString CurveTitle(const Model& model, int c) {
+  if (c < 0 || c >= kMaxCurves) return {};
   const PlotState& plot = model.Plot();
   const AppState& app = model.App;
   const std::string name = SetName(plot, app.DataSetOfPlot[c] - 1);
@@ -375,6 +374,8 @@ QString CurveTitle(const Model& model, int c) {
   }
   return QString::fromLatin1(title.c_str());
 }
+
+namespace {
 
 QString LegendText(const AppState& app, int c) {
   const int filter = app.FilterType[c];
@@ -567,8 +568,8 @@ void DrawValueScale(PaintContext& ctx, double leftValue, double span, double pix
         previousRight = left + w;
       }
     }
-    // Pen lines leave out their last pixel: the tick covers `length` rows above y.
-    ctx.Line(px, int64_t(y) - 1, px, int64_t(y) - 1 - (labelled ? major : minor));
+    // The tick covers `length` rows just above y.
+    ctx.FillRect(px, int64_t(y) - (labelled ? major : minor), px + 1, y, axisColour);
   }
   // The value at the column's right edge, ending at the edge, when it has room.
   const double rightValue = leftValue + width / pixelScale;
