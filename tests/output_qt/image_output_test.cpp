@@ -1,0 +1,156 @@
+// "Save I&mage" and "Copy to C&lipboard" on a real widget under the offscreen platform.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QImage>
+
+#include "model/messages.h"
+#include "output/file_bytes.h"
+#include "output/qt/image_output.h"
+#include "output_fixture.h"
+#include "support/scripted_prompt.h"
+
+namespace sedra::test {
+namespace {
+
+// Colour of pixel (x, y) of the window, read from 24-bit bottom-up BGR rows.
+QColor FromBottomUpRows(const std::vector<uint8_t>& b, size_t rowsAt, int w, int h, int x, int y) {
+  const size_t stride = (size_t(w) * 3 + 3) & ~size_t(3);
+  const size_t at = rowsAt + size_t(h - 1 - y) * stride + size_t(x) * 3;
+  return QColor(b[at + 2], b[at + 1], b[at]);
+}
+
+class SaveImageTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    CopyField(model->CurSection().FileName, "KR-03 section 1");
+    view.resize(101, 60);  // an odd width, so rows are padded
+  }
+  std::unique_ptr<Model> model = std::make_unique<Model>();
+  QuadrantView view;
+  ScriptedPrompt prompt;
+  TempFolder folder{"save"};
+};
+
+TEST_F(SaveImageTest, BitmapHoldsTheRepaintedWindowIn24BitRows) {
+  prompt.ChooseFile((folder / "plot").string(), 1);
+  ASSERT_TRUE(SaveImage(*model, prompt, view));
+  EXPECT_GE(view.Paints, 1);  // painted afresh for the file
+  EXPECT_TRUE(prompt.Messages.empty());
+  ASSERT_EQ(prompt.SaveRequests.size(), 1u);
+  EXPECT_EQ(prompt.SaveRequests[0].InitialName, "KR-03 section 1");
+
+  const auto b = ReadBytes(folder / "plot.bmp");
+  const uint32_t rowBytes = 304 * 60;  // 101 x 3 = 303, padded to 304
+  ASSERT_EQ(b.size(), 54u + rowBytes);
+  EXPECT_EQ(U16(b, 0), 0x4D42u);  // "BM"
+  EXPECT_EQ(U32(b, 2), rowBytes + 40 + 54);
+  EXPECT_EQ(U32(b, 10), 54u);
+  EXPECT_EQ(U32(b, 14), 40u);
+  EXPECT_EQ(U32(b, 18), 101u);
+  EXPECT_EQ(U32(b, 22), 60u);
+  EXPECT_EQ(U16(b, 28), 24u);
+  EXPECT_EQ(U32(b, 34), rowBytes);
+  for (const auto& [x, y] : {std::pair{0, 0}, {100, 0}, {0, 59}, {100, 59}, {49, 29}, {50, 30}}) {
+    EXPECT_EQ(FromBottomUpRows(b, 54, 101, 60, x, y), QuadrantView::Expected(x, y, 101, 60)) << x << "," << y;
+  }
+}
+
+TEST_F(SaveImageTest, TiffOfAThousandBySevenHundredWindow) {
+  view.resize(1000, 700);
+  prompt.ChooseFile((folder / "plot").string(), 2);
+  ASSERT_TRUE(SaveImage(*model, prompt, view));
+  const auto b = ReadBytes(folder / "plot.tif");
+  ASSERT_EQ(b.size(), 2100346u);
+  EXPECT_EQ(U32(b, 4), 2100008u);
+  EXPECT_EQ(U32(b, 2100008 + 2 + 12 + 8), 700u);   // ImageWidth: the height
+  EXPECT_EQ(U32(b, 2100008 + 2 + 24 + 8), 1000u);  // ImageLength: the width
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&b[2100008 + 194])), "KR-03 section 1");
+  // The first bytes are the window's bottom row, blue first.
+  EXPECT_EQ(FromBottomUpRows(b, 8, 1000, 700, 0, 699), QuadrantView::Expected(0, 699, 1000, 700));
+  EXPECT_EQ(FromBottomUpRows(b, 8, 1000, 700, 999, 0), QuadrantView::Expected(999, 0, 1000, 700));
+}
+
+TEST_F(SaveImageTest, NameWithADotKeepsItAndGetsTheChosenFormat) {
+  prompt.ChooseFile((folder / "plot.x").string(), 2);
+  ASSERT_TRUE(SaveImage(*model, prompt, view));
+  EXPECT_FALSE(std::filesystem::exists(folder / "plot.x.tif"));
+  const auto b = ReadBytes(folder / "plot.x");
+  ASSERT_GE(b.size(), 4u);
+  EXPECT_EQ(U16(b, 0), 0x4949u);  // "II": a TIFF
+  EXPECT_EQ(U16(b, 2), 42u);
+}
+
+TEST_F(SaveImageTest, MessagesOfTheFailingPaths) {
+  const struct {
+    std::string Path;
+    int Filter;
+    bool Result;
+    const char* Message;
+    bool FileLeft;
+  } rows[] = {
+      {(folder / "missing" / "plot.bmp").string(), 1, false, msg::kCouldNotOpenDataFile, false},
+      // Not offered by the dialog's list, but handled: the file stays empty.
+      {(folder / "plot.jpg").string(), 3, true, msg::kNoJpeg, true},
+  };
+  for (const auto& r : rows) {
+    ScriptedPrompt p;
+    p.ChooseFile(r.Path, r.Filter);
+    EXPECT_EQ(SaveImage(*model, p, view), r.Result) << r.Path;
+    ASSERT_EQ(p.Messages.size(), 1u) << r.Path;
+    EXPECT_EQ(p.Messages[0].Text, r.Message);
+    EXPECT_EQ(p.Messages[0].Caption, "");
+    EXPECT_EQ(std::filesystem::exists(r.Path), r.FileLeft);
+    if (r.FileLeft) {
+      EXPECT_EQ(std::filesystem::file_size(r.Path), 0u);
+    }
+  }
+}
+
+TEST_F(SaveImageTest, CancelAndNoLeaveEverythingAsItWas) {
+  const auto existing = folder / "plot.bmp";
+  { std::FILE* f = std::fopen(existing.string().c_str(), "wb"); std::fputs("keep", f); std::fclose(f); }
+  const auto before = PlotBytes(*model);
+  prompt.ChooseFile((folder / "plot").string(), 1);
+  prompt.Answers.push_back(Answer::No);  // then the dialog comes back and is cancelled
+  EXPECT_FALSE(SaveImage(*model, prompt, view));
+  EXPECT_EQ(prompt.SaveRequests.size(), 2u);
+  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{"Overwrite file plot.bmp ?"});
+  EXPECT_EQ(std::filesystem::file_size(existing), 4u);
+  EXPECT_EQ(view.Paints, 0);
+  EXPECT_EQ(PlotBytes(*model), before);
+}
+
+TEST(CopyToClipboard, PutsTheWindowAsItStandsOnTheClipboard) {
+  QWidget window;
+  window.resize(120, 90);
+  auto* view = new QuadrantView(&window);
+  view->setGeometry(0, 0, 100, 80);
+  window.show();
+  // Let the window be exposed and painted, as a window on the desktop is.
+  QElapsedTimer waited;
+  waited.start();
+  while (view->Paints == 0 && waited.elapsed() < 5000) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  ASSERT_GT(view->Paints, 0);
+  const int paintsBefore = view->Paints;
+
+  ScriptedPrompt prompt;
+  CopyToClipboard(prompt, *view);
+  ASSERT_EQ(prompt.Messages.size(), 1u);
+  EXPECT_EQ(prompt.Messages[0].Text, msg::kCopiedToClipboard);
+  EXPECT_EQ(prompt.Messages[0].Caption, "");
+  EXPECT_EQ(view->Paints, paintsBefore);  // the pixels as shown, not painted again
+
+  const QImage copied = QGuiApplication::clipboard()->image();
+  ASSERT_EQ(copied.size(), QSize(100, 80));
+  for (const auto& [x, y] : {std::pair{0, 0}, {99, 0}, {0, 79}, {99, 79}}) {
+    EXPECT_EQ(QColor(copied.pixel(x, y)), QuadrantView::Expected(x, y, 100, 80)) << x << "," << y;
+  }
+}
+
+}  // namespace
+}  // namespace sedra::test

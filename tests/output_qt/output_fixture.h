@@ -1,0 +1,144 @@
+#pragma once
+// Shared pieces of the output tests: a model holding a synthetic radiograph, a main
+// window with a plot widget, a scripted print dialog, and small file helpers.
+
+#include <QPainter>
+#include <QPaintEvent>
+#include <QPrinter>
+#include <QWidget>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/core.h"
+#include "model/model.h"
+#include "model/settings_files.h"
+#include "output/qt/print_prompt.h"
+#include "plot/paint_plot.h"
+
+namespace sedra::test {
+
+// The radiograph's columns: bands of kBandWidth pixels across the core, alternating
+// black and white, so that every band can be found again on a printed page.
+constexpr int kRadWidth = 64;
+constexpr int kRadHeight = 640;
+constexpr int kBandWidth = 16;
+
+inline bool BandIsDark(int column) { return (column / kBandWidth) % 2 == 0; }
+
+// A core of one section with a loaded radiograph of kRadWidth x kRadHeight pixels.
+inline std::unique_ptr<Model> ModelWithRadiograph() {
+  auto model = std::make_unique<Model>();
+  SetDefaultSettings(model->Settings());
+  NewCore(*model, nullptr);
+  model->Work().ShowRadiograph = 1;
+  model->Work().ShowOptical = 1;
+  CopyField(model->CurSection().FileName, "KR-03 section 1");
+
+  RadiographDesc& rad = model->CurSection().Radiographs[0];
+  rad.Width = kRadWidth;
+  rad.Height = kRadHeight;
+  rad.Valid = 1;
+  rad.HeightScale = 1.0f;
+  rad.Samples.assign(size_t(kRadWidth) * kRadHeight, 0);
+  Dib& dib = rad.Bitmap;
+  dib.Width = kRadWidth;
+  dib.Height = kRadHeight;
+  dib.Stride = Dib::StrideFor(kRadWidth);
+  dib.Bits.assign(size_t(dib.Stride) * kRadHeight, 0);
+  for (int y = 0; y < kRadHeight; ++y) {
+    for (int x = 0; x < kRadWidth; ++x) {
+      const uint8_t grey = BandIsDark(x) ? 0 : 255;
+      const uint16_t sample = BandIsDark(x) ? 1000 : 60000;
+      uint8_t* px = &dib.Bits[size_t(y) * dib.Stride + size_t(x) * 3];
+      px[0] = px[1] = px[2] = grey;
+      rad.Samples[size_t(y) * kRadWidth + x] = sample;
+    }
+  }
+  ++dib.Generation;
+  rad.Regions[0] = {0, 0, kRadWidth, kRadHeight, 0, 65535};
+  model->CurSection().RadiographCount = 1;
+  model->Plot().SectionCount = 1;
+  model->Plot().DataRegionLeft = kRadWidth / 4;
+  model->Plot().DataRegionRight = kRadWidth * 3 / 4;
+  UpdateMenusAfterLoad(*model, true);
+  return model;
+}
+
+// The client area of the main window, painted like the program's own plot view.
+class TestPlotView : public QWidget {
+ public:
+  TestPlotView(Model& model, QWidget* parent) : QWidget(parent), model_(model) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+  }
+  int ScrollPos = 0;
+  int Paints = 0;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    ++Paints;
+    QPainter painter(this);
+    PaintTarget target;
+    target.Client = rect();
+    target.Exposed = event->rect();
+    target.ScrollPos = ScrollPos;
+    PaintPlot(model_, painter, target);
+  }
+
+ private:
+  Model& model_;
+};
+
+// Paints four known colours, one per quadrant, and counts its paints.
+class QuadrantView : public QWidget {
+ public:
+  explicit QuadrantView(QWidget* parent = nullptr) : QWidget(parent) { setAttribute(Qt::WA_OpaquePaintEvent); }
+  int Paints = 0;
+  static QColor Expected(int x, int y, int w, int h) {
+    const bool right = x >= w / 2, bottom = y >= h / 2;
+    if (!right && !bottom) return QColor(200, 30, 10);
+    if (right && !bottom) return QColor(20, 180, 40);
+    if (!right && bottom) return QColor(10, 40, 220);
+    return QColor(250, 240, 5);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    ++Paints;
+    QPainter p(this);
+    const int w = width(), h = height();
+    p.fillRect(0, 0, w / 2, h / 2, Expected(0, 0, w, h));
+    p.fillRect(w / 2, 0, w - w / 2, h / 2, Expected(w - 1, 0, w, h));
+    p.fillRect(0, h / 2, w / 2, h - h / 2, Expected(0, h - 1, w, h));
+    p.fillRect(w / 2, h / 2, w - w / 2, h - h / 2, Expected(w - 1, h - 1, w, h));
+  }
+};
+
+// The print dialog, scripted: either cancelled, or a "printer" that writes a PDF file
+// (so the whole "&Print" path runs without a print system).
+class ScriptedPrintPrompt : public PrintPrompt {
+ public:
+  bool Accept = true;
+  std::string OutputFile;
+  int Calls = 0;
+  bool ChoosePrinter(QPrinter& printer) override {
+    ++Calls;
+    if (!Accept) return false;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(OutputFile));
+    return true;
+  }
+};
+
+// PlotState as bytes, to show that a cancelled command changed nothing.
+inline std::vector<uint8_t> PlotBytes(const Model& model) {
+  std::vector<uint8_t> out(sizeof(PlotState));
+  std::memcpy(out.data(), &model.Plot(), sizeof(PlotState));
+  return out;
+}
+
+// Output of a command line (poppler-utils), or empty when it failed.
+std::string RunCommand(const std::string& command);
+
+}  // namespace sedra::test

@@ -1,0 +1,264 @@
+// "&Print" and "Print as PDF file" end to end: the page goes into a real PDF file,
+// which poppler reads back (page count, landscape media box, text, rendered pixels).
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <cstdio>
+#include <filesystem>
+#include <sstream>
+
+#include "model/messages.h"
+#include "output/file_bytes.h"
+#include "output/page_rect.h"
+#include "output/qt/print_plot.h"
+#include "output_fixture.h"
+#include "support/scripted_prompt.h"
+
+namespace sedra::test {
+
+std::string RunCommand(const std::string& command) {
+  std::string out;
+  if (std::FILE* p = popen(command.c_str(), "r")) {
+    char buf[4096];
+    size_t n;
+    while ((n = std::fread(buf, 1, sizeof buf, p)) > 0) out.append(buf, n);
+    if (pclose(p) != 0) out.clear();
+  }
+  return out;
+}
+
+namespace {
+
+std::string Quoted(const std::filesystem::path& p) { return "'" + p.string() + "'"; }
+
+struct PdfPage {
+  int Pages = 0;
+  double Width = 0, Height = 0;  // points
+  std::string Title;
+};
+
+PdfPage ReadPdfInfo(const std::filesystem::path& pdf) {
+  PdfPage info;
+  std::istringstream in(RunCommand("pdfinfo " + Quoted(pdf)));
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.rfind("Pages:", 0) == 0) info.Pages = std::stoi(line.substr(6));
+    if (line.rfind("Page size:", 0) == 0) std::sscanf(line.c_str() + 10, "%lf x %lf", &info.Width, &info.Height);
+    if (line.rfind("Title:", 0) == 0) {
+      info.Title = line.substr(6);
+      info.Title.erase(0, info.Title.find_first_not_of(' '));
+    }
+  }
+  return info;
+}
+
+// A rendered page as grey levels (pdftoppm -gray writes a binary PGM).
+struct GreyPage {
+  int Width = 0, Height = 0;
+  std::vector<uint8_t> Pixels;
+  int At(int x, int y) const { return Pixels[size_t(y) * Width + x]; }
+};
+
+GreyPage RenderPage(const std::filesystem::path& pdf, int dpi, const TempFolder& folder) {
+  GreyPage page;
+  const auto stem = folder / "page";
+  RunCommand("pdftoppm -gray -singlefile -r " + std::to_string(dpi) + " " + Quoted(pdf) + " " + Quoted(stem) +
+             " && echo ok");
+  const auto bytes = ReadBytes(stem.string() + ".pgm");
+  if (bytes.size() < 16) return page;
+  std::istringstream header(std::string(bytes.begin(), bytes.begin() + 32));
+  std::string magic;
+  int maxValue = 0;
+  header >> magic >> page.Width >> page.Height >> maxValue;
+  const size_t pixels = size_t(page.Width) * page.Height;
+  if (magic != "P5" || maxValue != 255 || bytes.size() < pixels) return page;
+  page.Pixels.assign(bytes.end() - std::ptrdiff_t(pixels), bytes.end());
+  return page;
+}
+
+class PrintPlotTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    model = ModelWithRadiograph();
+    DisplaySettings& s = model->Settings();
+    s.MarginLeft = s.MarginRight = s.MarginTop = s.MarginBottom = 10;
+    mainWindow.resize(1000, 700);
+  }
+
+  TempFolder folder{"print"};
+  std::unique_ptr<Model> model;
+  QWidget mainWindow;
+  ScriptedPrompt prompt;
+  ScriptedPrintPrompt printer;
+};
+
+TEST_F(PrintPlotTest, PdfFileHoldsOneLandscapePageWithTextAndTheRadiographColumns) {
+  const auto pdf = folder / "core.pdf";
+  prompt.ChooseFile(pdf.string());
+  ASSERT_TRUE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));
+  EXPECT_TRUE(prompt.Texts().empty());
+  EXPECT_EQ(printer.Calls, 0);  // no print dialog for the PDF file
+  ASSERT_EQ(prompt.SaveRequests.size(), 1u);
+  ASSERT_EQ(prompt.SaveRequests[0].Filters.size(), 1u);
+  EXPECT_EQ(prompt.SaveRequests[0].Filters[0].Name, "PDF files (*.pdf)");
+  EXPECT_EQ(prompt.SaveRequests[0].Filters[0].Pattern, "*.pdf");
+
+  // The page was laid out with the margins at the printer's resolution, and the
+  // flags are back for the screen.
+  const PlotState& plot = model->Plot();
+  EXPECT_EQ(plot.PageRect.Left, 480);  // 10 mm at 1200 dpi, divisor 25
+  EXPECT_EQ(plot.PageRect.Top, 480);
+  EXPECT_EQ(plot.Printing, 0u);
+  EXPECT_EQ(plot.NeedLayout, 1u);
+  EXPECT_TRUE(mainWindow.isEnabled());
+
+  const PdfPage info = ReadPdfInfo(pdf);
+  EXPECT_EQ(info.Pages, 1);
+  EXPECT_GT(info.Width, info.Height);  // landscape
+  EXPECT_EQ(info.Title, "Sedra Plot");
+  const double paperWidth = plot.PageRect.Right + MarginPixels(10, 1200);
+  EXPECT_NEAR(paperWidth * 72.0 / 1200.0, info.Width, 1.0);
+
+  // Vector text: the radiograph column's width label.
+  EXPECT_NE(RunCommand("pdftotext " + Quoted(pdf) + " -").find("2 cm"), std::string::npos);
+
+  // The embedded radiograph: each band of columns is found dark or light where the
+  // page placed it.
+  const int dpi = 72;
+  const GreyPage page = RenderPage(pdf, dpi, folder);
+  ASSERT_GT(page.Width, page.Height);
+  const double scale = double(page.Width) / paperWidth;
+  const IntRect dest = model->CurSection().Radiographs[0].DestRect;
+  ASSERT_GT(dest.Right - dest.Left, 8 * kRadWidth / kBandWidth / scale) << "radiograph too narrow to check";
+  const int y = int((dest.Top + dest.Bottom) / 2 * scale);
+  for (int band = 0; band < kRadWidth / kBandWidth; ++band) {
+    const double column = band * kBandWidth + kBandWidth / 2.0;
+    const int x = int((dest.Left + column * (dest.Right - dest.Left) / kRadWidth) * scale);
+    const int grey = page.At(x, y);
+    if (BandIsDark(int(column)))
+      EXPECT_LT(grey, 60) << "band " << band << " at " << x << "," << y;
+    else
+      EXPECT_GT(grey, 200) << "band " << band << " at " << x << "," << y;
+  }
+}
+
+TEST_F(PrintPlotTest, PrintGoesThroughThePrintDialogToTheChosenPrinter) {
+  printer.OutputFile = (folder / "printer.pdf").string();
+  ASSERT_TRUE(PrintPlot(*model, prompt, printer, mainWindow, 0, false));
+  EXPECT_EQ(printer.Calls, 1);
+  EXPECT_TRUE(prompt.SaveRequests.empty());
+  EXPECT_TRUE(prompt.Texts().empty());
+  const PdfPage info = ReadPdfInfo(printer.OutputFile);
+  EXPECT_EQ(info.Pages, 1);
+  EXPECT_GT(info.Width, info.Height);
+  EXPECT_EQ(info.Title, "Sedra Plot");
+}
+
+TEST_F(PrintPlotTest, AtZoomThePageFollowsTheScreensScrollPosition) {
+  // Zoom 200% on a 700-pixel screen: scrolled by a whole screen, the page shows the
+  // lower half of the plot, so the column labels at the top are not on it.
+  model->Plot().ZoomFactor = 2;
+  model->Plot().ScreenHeight = 700;
+  const struct {
+    int ScrollPos;
+    bool LabelsPrinted;
+  } rows[] = {{0, true}, {700, false}};
+  for (const auto& r : rows) {
+    const auto pdf = folder / ("zoom-" + std::to_string(r.ScrollPos) + ".pdf");
+    prompt.ChooseFile(pdf.string());
+    ASSERT_TRUE(PrintPlot(*model, prompt, printer, mainWindow, r.ScrollPos, true));
+    const std::string text = RunCommand("pdftotext " + Quoted(pdf) + " -");
+    EXPECT_EQ(text.find("2 cm") != std::string::npos, r.LabelsPrinted) << "scrolled " << r.ScrollPos;
+  }
+}
+
+TEST_F(PrintPlotTest, CancelledDialogsEndSilentlyAndChangeNothing) {
+  const auto before = PlotBytes(*model);
+  printer.Accept = false;
+  EXPECT_FALSE(PrintPlot(*model, prompt, printer, mainWindow, 0, false));
+  EXPECT_FALSE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));  // file dialog: no file queued
+  EXPECT_EQ(printer.Calls, 1);
+  EXPECT_EQ(prompt.SaveRequests.size(), 1u);
+  EXPECT_TRUE(prompt.Messages.empty());
+  EXPECT_TRUE(mainWindow.isEnabled());
+  EXPECT_EQ(PlotBytes(*model), before);
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+}
+
+TEST_F(PrintPlotTest, FailuresToStartTheDocumentAreReported) {
+  const struct {
+    bool ToPdf;
+    std::vector<std::string> Texts;
+  } rows[] = {
+      // Nothing to look for but the file: only a file that cannot be created fails.
+      {true, {msg::kNoPdfDriver}},
+      {false, {"StartDoc failed", msg::kCouldNotFinishPrinting}},
+  };
+  const std::string unwritable = (folder / "no-such-folder" / "plot.pdf").string();
+  for (const auto& r : rows) {
+    ScriptedPrompt p;
+    p.ChooseFile(unwritable);
+    printer.OutputFile = unwritable;
+    EXPECT_FALSE(PrintPlot(*model, p, printer, mainWindow, 0, r.ToPdf));
+    ASSERT_EQ(p.Messages.size(), r.Texts.size()) << "toPdf " << r.ToPdf;
+    for (size_t i = 0; i < r.Texts.size(); ++i) {
+      EXPECT_EQ(p.Messages[i].Text.rfind(r.Texts[i], 0), 0u) << p.Messages[i].Text;
+      EXPECT_EQ(p.Messages[i].Caption, "");
+      EXPECT_EQ(p.Messages[i].ButtonSet, Buttons::Ok);
+    }
+    if (!r.ToPdf) {
+      // "StartDoc failed, error:- %d\r\n" with the system's error number.
+      const std::string& text = p.Messages[0].Text;
+      EXPECT_EQ(text.rfind("StartDoc failed, error:- ", 0), 0u);
+      EXPECT_EQ(text.substr(text.size() - 2), "\r\n");
+    }
+    EXPECT_TRUE(mainWindow.isEnabled());
+    EXPECT_EQ(model->Plot().Printing, 0u);
+  }
+}
+
+TEST_F(PrintPlotTest, ProgressDialogShowsWhileThePageIsMadeAndCancelAbandonsTheJob) {
+  const auto pdf = folder / "cancelled.pdf";
+  prompt.ChooseFile(pdf.string());
+  bool seen = false, windowWasEnabled = true;
+  QString caption = QStringLiteral("unset"), text, button;
+  // Runs inside PrintPlot, when it serves the waiting events after painting the page.
+  QTimer::singleShot(0, [&] {
+    auto* dialog = mainWindow.findChild<QDialog*>(QStringLiteral("dlg221"));
+    if (!dialog) return;
+    seen = dialog->isVisible();
+    windowWasEnabled = mainWindow.isEnabled();
+    caption = dialog->windowTitle();
+    if (auto* label = dialog->findChild<QLabel*>()) text = label->text();
+    if (auto* cancel = dialog->findChild<QPushButton*>(QStringLiteral("ctl1036"))) {
+      button = cancel->text();
+      cancel->click();
+    }
+  });
+  EXPECT_FALSE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));
+  EXPECT_TRUE(seen);
+  EXPECT_FALSE(windowWasEnabled);
+  EXPECT_EQ(caption, QString());
+  EXPECT_EQ(text, QString::fromLatin1(msg::kPreparingToPrint));
+  EXPECT_EQ(button, QStringLiteral("&Cancel"));
+
+  EXPECT_TRUE(prompt.Messages.empty());
+  EXPECT_TRUE(mainWindow.isEnabled());
+  EXPECT_EQ(model->Plot().PrintCancelled, 1u);
+  EXPECT_EQ(model->Plot().Printing, 0u);
+  EXPECT_FALSE(std::filesystem::exists(pdf));
+  EXPECT_EQ(mainWindow.findChild<QDialog*>(QStringLiteral("dlg221")), nullptr);
+
+  // The next job starts with the flag cleared again.
+  prompt.ChooseFile(pdf.string());
+  EXPECT_TRUE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));
+  EXPECT_EQ(model->Plot().PrintCancelled, 0u);
+  EXPECT_TRUE(std::filesystem::exists(pdf));
+}
+
+}  // namespace
+}  // namespace sedra::test
