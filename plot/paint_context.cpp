@@ -1,6 +1,7 @@
 #include "plot/paint_context.h"
 
 #include <QFontMetrics>
+#include <QImage>
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPen>
@@ -104,15 +105,49 @@ void PaintContext::Line(int x1, int64_t y1, int x2, int64_t y2) {
   Painter.drawLine(QPointF(ax, ay), QPointF(bx, by));
 }
 
+QImage* PaintContext::DirectImage(const QColor& colour) const {
+  QPaintDevice* dev = Painter.device();
+  if (!dev || dev->devType() != QInternal::Image) return nullptr;
+  auto* image = static_cast<QImage*>(dev);
+  const QImage::Format f = image->format();
+  if (f != QImage::Format_RGB32 && f != QImage::Format_ARGB32_Premultiplied) return nullptr;
+  if (colour.alpha() != 255 || !Painter.deviceTransform().isIdentity()) return nullptr;
+  const QPainter::CompositionMode mode = Painter.compositionMode();
+  if (mode != QPainter::CompositionMode_SourceOver && mode != QPainter::CompositionMode_Source) return nullptr;
+  if (Painter.hasClipping() && !ClipIsDevice) return nullptr;
+  return image;
+}
+
 void PaintContext::FillRect(int left, int64_t top, int right, int64_t bottom, const QColor& colour) {
   if (right <= left || bottom <= top) return;
   if (bottom <= VisibleTop() - kGuard || top >= VisibleBottom() + kGuard) return;
+  // The curves' coverage bar fills thousands of one-row strips: on an image they are
+  // written directly, which costs a few nanoseconds instead of a painter call each.
+  if (int64_t(right - left) * (bottom - top) <= 64) {
+    if (QImage* image = DirectImage(colour)) {
+      const QRect r = QRect(QPoint(left, int(std::clamp<int64_t>(top - OriginY, INT32_MIN / 2, INT32_MAX / 2))),
+                            QPoint(right - 1, int(std::clamp<int64_t>(bottom - 1 - OriginY, INT32_MIN / 2, INT32_MAX / 2)))) &
+                      Device & image->rect();
+      const uint32_t value = colour.rgb();
+      for (int y = r.top(); y <= r.bottom(); ++y) {
+        auto* line = reinterpret_cast<uint32_t*>(image->scanLine(y));
+        for (int x = r.left(); x <= r.right(); ++x) line[x] = value;
+      }
+      return;
+    }
+  }
   Painter.fillRect(DeviceRect(left, top, right, bottom), colour);
 }
 
 void PaintContext::Pixel(int x, int64_t y, const QColor& colour) {
   if (!RowVisible(y)) return;
-  Painter.fillRect(QRect(x, int(y - OriginY), 1, 1), colour);
+  const int dy = int(y - OriginY);
+  if (QImage* image = DirectImage(colour)) {
+    if (Device.contains(x, dy) && image->rect().contains(x, dy))
+      reinterpret_cast<uint32_t*>(image->scanLine(dy))[x] = colour.rgb();
+    return;
+  }
+  Painter.fillRect(QRect(x, dy, 1, 1), colour);
 }
 
 void PaintContext::Text(int left, int64_t top, int right, int64_t bottom, int flags, const QString& text) {

@@ -69,6 +69,15 @@ struct PaintContext {
 
   // Where the image drawing lands.
   DrawSurface Surface() const { return DrawSurface{&Painter, OriginY, Device}; }
+
+  // Set by whoever clips the painter to exactly Device (PaintPlot on screen): single
+  // pixels and small fills may then be written straight into an image target.
+  bool ClipIsDevice = false;
+
+ private:
+  // The image under the painter when pixels can be written directly (untransformed
+  // 32-bit image, plain source-over painting, no clip narrower than Device).
+  QImage* DirectImage(const QColor& colour) const;
 };
 
 // 0x00BBGGRR colour of the settings to QColor.

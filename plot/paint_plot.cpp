@@ -112,6 +112,7 @@ void PaintPlot(Model& model, QPainter& painter, const PaintTarget& target) {
 
   // 4, 5. Fonts and margins.
   PaintContext ctx(painter, model, 0, device);
+  ctx.ClipIsDevice = !plot.Printing;
   const int charHeight = ctx.FontHeight(ctx.PlotFont);
   plot.CharWidth = ctx.FontMaxWidth(ctx.PlotFont);
   plot.CharHeight = charHeight;

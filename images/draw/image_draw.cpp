@@ -48,20 +48,13 @@ bool TrimToSource(int64_t& d0, int64_t& d1, int64_t first, int64_t s0, int64_t s
 
 }  // namespace
 
-void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
-                  int w, int64_t h, QPainter::CompositionMode mode) {
-  if (!surface.Painter || image.isNull() || w <= 0 || h <= 0 || sw <= 0 || sh <= 0) return;
+namespace {
+
+// The stretch itself.  Source indices are worked out on the full-size image; `src` may
+// be a copy reduced by 2^shift, from which the pixel at index >> shift is taken.
+void Stretch(const DrawSurface& surface, const QImage& src, int shift, int fullWidth, int fullHeight, int sx, int sy,
+             int sw, int sh, int x, int64_t y, int w, int64_t h, QPainter::CompositionMode mode) {
   const QRect& dev = surface.Device;
-  if (dev.isEmpty()) return;
-
-  QImage converted;
-  const QImage* src = &image;
-  if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32) {
-    converted = image.convertToFormat(QImage::Format_RGB32);
-    if (converted.isNull()) return;
-    src = &converted;
-  }
-
   // The destination in device coordinates, cut to the device rectangle.
   const int64_t top = y - surface.OriginY;
   int64_t c0 = std::max<int64_t>(x, dev.left());
@@ -69,8 +62,8 @@ void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int s
   int64_t r0 = std::max<int64_t>(top, dev.top());
   int64_t r1 = std::min<int64_t>(top + h, int64_t(dev.bottom()) + 1);
   if (c0 >= c1 || r0 >= r1) return;
-  if (!TrimToSource(c0, c1, x, sx, sw, w, src->width())) return;
-  if (!TrimToSource(r0, r1, top, sy, sh, h, src->height())) return;
+  if (!TrimToSource(c0, c1, x, sx, sw, w, fullWidth)) return;
+  if (!TrimToSource(r0, r1, top, sy, sh, h, fullHeight)) return;
 
   const int outW = int(c1 - c0);
   const int outH = int(r1 - r0);
@@ -81,14 +74,16 @@ void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int s
   const size_t need = size_t(outW) * size_t(outH);
   if (scratch.size() < need) scratch.resize(need);
   columns.resize(size_t(outW));
-  for (int j = 0; j < outW; ++j) columns[size_t(j)] = int(SourceIndex(sx, sw, c0 + j - x, w));
+  const int lastColumn = src.width() - 1, lastRow = src.height() - 1;
+  for (int j = 0; j < outW; ++j)
+    columns[size_t(j)] = std::min(lastColumn, int(SourceIndex(sx, sw, c0 + j - x, w) >> shift));
 
-  const uchar* bits = src->constBits();
-  const qsizetype bpl = src->bytesPerLine();
+  const uchar* bits = src.constBits();
+  const qsizetype bpl = src.bytesPerLine();
   int64_t previous = -1;
   for (int i = 0; i < outH; ++i) {
     uint32_t* out = scratch.data() + size_t(i) * size_t(outW);
-    const int64_t row = SourceIndex(sy, sh, r0 + i - top, h);
+    const int64_t row = std::min<int64_t>(lastRow, SourceIndex(sy, sh, r0 + i - top, h) >> shift);
     if (row == previous) {
       std::memcpy(out, out - outW, size_t(outW) * sizeof(uint32_t));
       continue;
@@ -103,10 +98,45 @@ void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int s
   QPainter& painter = *surface.Painter;
   const QPainter::CompositionMode old = painter.compositionMode();
   const bool rasterOp = mode >= QPainter::RasterOp_SourceOrDestination;
-  const bool supported = !rasterOp || (painter.paintEngine() && painter.paintEngine()->hasFeature(QPaintEngine::RasterOpModes));
+  const bool supported =
+      !rasterOp || (painter.paintEngine() && painter.paintEngine()->hasFeature(QPaintEngine::RasterOpModes));
   painter.setCompositionMode(supported ? mode : QPainter::CompositionMode_Source);
   painter.drawImage(QPoint(int(c0), int(r0)), part);
   painter.setCompositionMode(old);
+}
+
+bool Drawable(const DrawSurface& surface, int sw, int sh, int w, int64_t h) {
+  return surface.Painter && w > 0 && h > 0 && sw > 0 && sh > 0 && !surface.Device.isEmpty();
+}
+
+}  // namespace
+
+void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
+                  int w, int64_t h, QPainter::CompositionMode mode) {
+  if (image.isNull() || !Drawable(surface, sw, sh, w, h)) return;
+  QImage converted;
+  const QImage* src = &image;
+  if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32) {
+    converted = image.convertToFormat(QImage::Format_RGB32);
+    if (converted.isNull()) return;
+    src = &converted;
+  }
+  Stretch(surface, *src, 0, src->width(), src->height(), sx, sy, sw, sh, x, y, w, h, mode);
+}
+
+void StretchImage(const DrawSurface& surface, ScreenBitmap& bitmap, int sx, int sy, int sw, int sh, int x, int64_t y,
+                  int w, int64_t h, QPainter::CompositionMode mode) {
+  if (bitmap.Image.isNull() || !Drawable(surface, sw, sh, w, h)) return;
+  // The smallest reduced copy that still has at least one source pixel per
+  // destination pixel in both directions.
+  int shift = 0;
+  while (shift < 10 && (int64_t(sw) >> (shift + 1)) >= w && (int64_t(sh) >> (shift + 1)) >= h) ++shift;
+  const QImage& src = bitmap.Reduced(shift);
+  // The copy actually made (a copy that could not be allocated leaves a larger one):
+  // copy k is ceil(width / 2^k) wide.
+  int used = 0;
+  while (used < shift && ((int64_t(bitmap.Image.width()) + (int64_t(1) << used) - 1) >> used) > src.width()) ++used;
+  Stretch(surface, src, used, bitmap.Image.width(), bitmap.Image.height(), sx, sy, sw, sh, x, y, w, h, mode);
 }
 
 void RadiographSourceRows(const Model& model, int section, int imageHeight, int& firstRow, int& rowCount) {
@@ -127,7 +157,8 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
   const PlotState& plot = model.Plot();
   optical.RequestedRect = {left, top, left + width, top + height};
   optical.DrawnRect = {left, top, left, top};
-  const QImage& image = CachedBitmap(model, optical.Bitmap);
+  ScreenBitmap& bitmap = CachedScreenBitmap(model, optical.Bitmap);
+  const QImage& image = bitmap.Image;
   if (image.isNull() || width <= 0 || height <= 0) return;
 
   // Columns: from CropLeft, CropRight of them.  The width is CropRight itself and not
@@ -168,7 +199,7 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
     drawTop = top + FloorPixels(double(optical.OpticalTop) * height / span);
     if (optical.OpticalLength > 0) drawHeight = FloorPixels(double(optical.OpticalLength) * height / span);
   }
-  StretchImage(surface, image, sx, first, sw, count, left, drawTop, width, drawHeight);
+  StretchImage(surface, bitmap, sx, first, sw, count, left, drawTop, width, drawHeight);
   optical.DrawnRect = {left, drawTop, left + width, drawTop + drawHeight};
 }
 
@@ -191,10 +222,10 @@ int DrawRadiographs(const DrawSurface& surface, Model& model, int section, int l
       rad.EditRect = {x, y, x + width - 1, y + drawn - 1};
       rad.ViewRect = rad.EditRect;
       rad.DestRect = {x, y, x + width, y + drawn};
-      const QImage& image = CachedBitmap(model, rad.Bitmap);
+      ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
       int first = 0, rows = 0;
-      RadiographSourceRows(model, section, image.height(), first, rows);
-      StretchImage(surface, image, 0, first, image.width(), rows, x, y, width, drawn);
+      RadiographSourceRows(model, section, bitmap.Image.height(), first, rows);
+      StretchImage(surface, bitmap, 0, first, bitmap.Image.width(), rows, x, y, width, drawn);
     }
     x += width;
   }
@@ -205,7 +236,8 @@ void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left
   DrawOpticalImage(surface, model, section, left, top, width, height);
   const PlotState& plot = model.Plot();
   RadiographDesc& rad = model.Section(section).Radiographs[size_t(model.CurRadiographSlot())];
-  const QImage& image = CachedBitmap(model, rad.Bitmap);
+  ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
+  const QImage& image = bitmap.Image;
   if (image.isNull()) return;
   const int y = Zoom(plot) * rad.TopOffset + top;
   const int drawn = FloorPixels(double(rad.HeightScale) * height);
@@ -217,18 +249,19 @@ void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left
   QPainter::CompositionMode mode = QPainter::CompositionMode_Source;
   if (!plot.Printing)
     mode = plot.OverlayOr ? QPainter::RasterOp_SourceOrDestination : QPainter::RasterOp_SourceAndDestination;
-  StretchImage(surface, image, 0, first, image.width(), rows, left, y, width, drawn, mode);
+  StretchImage(surface, bitmap, 0, first, image.width(), rows, left, y, width, drawn, mode);
 }
 
 void DrawMovedRadiograph(const DrawSurface& surface, Model& model) {
   const PlotState& plot = model.Plot();
   RadiographDesc& rad = model.CurRadiograph();
-  const QImage& image = CachedBitmap(model, rad.Bitmap);
+  ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
+  const QImage& image = bitmap.Image;
   if (image.isNull()) return;
   const IntRect& r = plot.RadPlacement;
   int first = 0, rows = 0;
   RadiographSourceRows(model, model.CurSectionSlot(), image.height(), first, rows);
-  StretchImage(surface, image, 0, first, image.width(), rows, r.Left, r.Top, r.Right - r.Left,
+  StretchImage(surface, bitmap, 0, first, image.width(), rows, r.Left, r.Top, r.Right - r.Left,
                int64_t(r.Bottom) - r.Top);
 }
 

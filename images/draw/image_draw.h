@@ -14,6 +14,7 @@
 namespace sedra {
 
 class Model;
+struct ScreenBitmap;
 
 // Where a stretch lands: the painter, the document y drawn at device y 0, and the device
 // rectangle worth painting.
@@ -28,6 +29,10 @@ struct DrawSurface {
 // composition mode.  Destination pixels whose source lies outside the image are left
 // as they are.
 void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
+                  int w, int64_t h, QPainter::CompositionMode mode = QPainter::CompositionMode_Source);
+// The same from a cached screen bitmap, sampling a reduced copy when the drawing
+// shrinks the image at least twofold.
+void StretchImage(const DrawSurface& surface, ScreenBitmap& bitmap, int sx, int sy, int sw, int sh, int x, int64_t y,
                   int w, int64_t h, QPainter::CompositionMode mode = QPainter::CompositionMode_Source);
 
 // The optical image of section `section` into (left, top, width, height).

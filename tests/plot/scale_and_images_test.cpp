@@ -5,6 +5,7 @@
 
 #include <QPainter>
 
+#include "images/draw/bitmap_cache.h"
 #include "images/draw/image_draw.h"
 #include "plot/depth_scale.h"
 #include "plot_fixture.h"
@@ -177,6 +178,28 @@ TEST(ImageDrawing, StretchOfAPartEqualsThatPartOfTheWholeStretch) {
   }
   for (int y = 0; y < 100; ++y)
     for (int x = 0; x < 50; ++x) ASSERT_EQ(band.pixel(x, y), whole.pixel(x, 4321 + y)) << x << "," << y;
+}
+
+TEST(ImageDrawing, StrongShrinkingPicksRowsWithinTheReducedCopysPitch) {
+  // 4096 rows into 100: a copy reduced 16 times still has a row per destination row;
+  // each drawn row is at most 15 rows above the one the full image gives.
+  Model model;
+  Dib dib;
+  FillDib(dib, 64, 4096, [](int row) { return uint32_t((row & 0xFF) << 16 | ((row >> 8) & 0xFF) << 8); });
+  ScreenBitmap& bitmap = CachedScreenBitmap(model, dib);
+  QImage image(4, 100, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  {
+    QPainter p(&image);
+    StretchImage(DrawSurface{&p, 0, image.rect()}, bitmap, 0, 0, 64, 4096, 0, 0, 4, 100);
+  }
+  for (int y = 0; y < 100; ++y) {
+    const int exact = int(((2 * y + 1) * 4096) / 200);
+    const QRgb c = image.pixel(1, y);
+    const int row = qRed(c) | qGreen(c) << 8;
+    EXPECT_LE(row, exact) << y;
+    EXPECT_GE(row, exact - 15) << y;
+  }
 }
 
 }  // namespace
