@@ -1,0 +1,28 @@
+#pragma once
+// The desktop Prompt: Qt message boxes and file dialogs with the program's texts.
+
+#include <QPointer>
+#include <QWidget>
+
+#include "model/prompt.h"
+#include "output/qt/print_prompt.h"
+
+namespace sedra {
+
+class DesktopPrompt : public Prompt, public PrintPrompt {
+ public:
+  void SetOwner(QWidget* owner) { owner_ = owner; }
+  Answer Message(const std::string& text, const std::string& caption, Icon icon, Buttons buttons) override;
+  FileChoice OpenFile(const FileRequest& request) override;
+  FileChoice SaveFile(const FileRequest& request) override;
+  void SetBusy(bool busy) override;
+  bool ChoosePrinter(QPrinter& printer) override;
+
+ private:
+  QPointer<QWidget> owner_;
+};
+
+// "TIFF files (*.tif);;All files (*.*)" from the filter list.
+QString FilterString(const FileRequest& request, QString* selected);
+
+}  // namespace sedra

@@ -1,0 +1,340 @@
+#include "app/main_window.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QTimer>
+
+#include "app/dialogs.h"
+#include "app/menu_table.h"
+#include "app/plot_view.h"
+#include "model/core.h"
+#include "model/menu_state.h"
+#include "model/model.h"
+#include "model/settings_files.h"
+
+namespace sedra {
+
+MainWindow::MainWindow(Model& model, Prompt& prompt, std::filesystem::path workFolder, QWidget* parent)
+    : QMainWindow(parent), model_(model), prompt_(prompt), workFolder_(std::move(workFolder)) {
+  setObjectName(QStringLiteral("SedraPlotClass"));
+  setWindowTitle(QStringLiteral("Sedra Data Plot"));
+  setAcceptDrops(true);
+
+  auto* central = new QWidget(this);
+  auto* layout = new QHBoxLayout(central);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  view_ = new PlotView(model_, *this);
+  scrollBar_ = new QScrollBar(Qt::Vertical, central);
+  scrollBar_->setObjectName(QStringLiteral("VScrollBar"));
+  scrollBar_->setRange(0, 0);
+  scrollBar_->hide();
+  layout->addWidget(view_, 1);
+  layout->addWidget(scrollBar_);
+  setCentralWidget(central);
+  connect(scrollBar_, &QScrollBar::actionTriggered, this, &MainWindow::OnScrollAction);
+
+  // The frame is being dragged while resize events keep coming; the heavy layout
+  // waits until they stop.
+  sizeMoveTimer_ = new QTimer(this);
+  sizeMoveTimer_->setSingleShot(true);
+  sizeMoveTimer_->setInterval(200);
+  connect(sizeMoveTimer_, &QTimer::timeout, this, &MainWindow::EndSizeMove);
+
+  helpOpener_ = [](const QUrl& url) { QDesktopServices::openUrl(url); };
+  model_.Invalidate = [this] { RequestRepaint(); };
+
+  BuildMenu();
+  ApplyMenuState();
+}
+
+MainWindow::~MainWindow() { model_.Invalidate = nullptr; }
+
+void MainWindow::BuildMenu() {
+  QMenuBar* bar = menuBar();
+  bar->setObjectName(QStringLiteral("MainMenu"));
+  const auto& spec = MainMenuSpec();
+  for (size_t pos = 0; pos < spec.size(); ++pos) {
+    const TopEntrySpec& entry = spec[pos];
+    QAction* top = nullptr;
+    if (entry.Id != 0) {
+      top = bar->addAction(QString::fromLatin1(entry.Text));
+      top->setData(entry.Id);
+      actions_[entry.Id] = top;
+      connect(top, &QAction::triggered, this, [this, id = entry.Id] { OnCommand(id); });
+      connect(top, &QAction::hovered, this, [this, id = entry.Id] { model_.App.HelpContext = uint32_t(id); });
+    } else {
+      QMenu* menu = bar->addMenu(QString::fromLatin1(entry.Text));
+      top = menu->menuAction();
+      for (const MenuItemSpec& item : entry.Items) {
+        QAction* action = menu->addAction(QString::fromLatin1(item.Text));
+        action->setData(item.Id);
+        actions_[item.Id] = action;
+        connect(action, &QAction::triggered, this, [this, id = item.Id] { OnCommand(id); });
+      }
+      // WM_MENUSELECT: remember the last highlighted item for context help.
+      connect(menu, &QMenu::hovered, this, [this](QAction* a) {
+        if (a && a->data().toInt() != 0) model_.App.HelpContext = uint32_t(a->data().toInt());
+      });
+    }
+    topEntries_[pos] = top;
+  }
+  // Zoom items and the overlay toggles show a check mark.
+  for (int id : {kCmdZoom100, kCmdZoom200, kCmdZoom400, kCmdZoom800, kCmdZoom1600, kCmdZoom3200, kCmdOverlayOr,
+                 kCmdOverlayAnd})
+    actions_[id]->setCheckable(true);
+}
+
+QAction* MainWindow::Action(int id) const {
+  auto it = actions_.find(id);
+  return it == actions_.end() ? nullptr : it->second;
+}
+
+void MainWindow::ApplyMenuState() {
+  const MenuState& menu = model_.App.Menu;
+  if (menu.Generation == appliedMenuGeneration_) return;
+  appliedMenuGeneration_ = menu.Generation;
+  for (int pos = 0; pos < kMenuPositions; ++pos) topEntries_[size_t(pos)]->setEnabled(menu.IsTopEnabled(pos));
+  for (auto& [id, action] : actions_) {
+    bool isTop = false;
+    for (QAction* t : topEntries_) isTop = isTop || t == action;
+    if (!isTop) action->setEnabled(menu.IsItemEnabled(id));
+    if (action->isCheckable()) action->setChecked(menu.IsChecked(id));
+  }
+}
+
+void MainWindow::RequestRepaint() {
+  ApplyMenuState();
+  view_->update();
+}
+
+int MainWindow::ClientHeight() const { return view_->height(); }
+
+int MainWindow::ScrollPos() const { return scrollBar_->value(); }
+
+void MainWindow::OnCommand(int id) {
+  PlotState& plot = model_.Plot();
+  switch (id) {
+    case kCmdExit:
+      close();
+      break;
+    case kCmdZoom100:
+    case kCmdZoom200:
+    case kCmdZoom400:
+    case kCmdZoom800:
+    case kCmdZoom1600:
+    case kCmdZoom3200:
+    case kCmdExpand:
+      SetZoom(id);
+      break;
+    case kCmdOverlayOr:
+      ToggleOverlay(true);
+      break;
+    case kCmdOverlayAnd:
+      ToggleOverlay(false);
+      break;
+    case kCmdNew:
+      NewCore(model_, &prompt_);
+      break;
+    case kCmdAbout: {
+      auto* about = new AboutDialog(model_, this);
+      activeDialog_ = about;
+      about->show();
+      break;
+    }
+    case kCmdHelp:
+      helpOpener_(HelpTarget(0));
+      break;
+    case kCmdSection: {
+      SectionDialog dialog(model_, *this);
+      dialog.exec();
+      break;
+    }
+    case kCmdOpticalContrast:
+    case kCmdOpticalSize:
+      // Only with an optical image loaded.
+      if (model_.CurOptical().Length() < 1) break;
+      if (auto it = commands_.find(id); it != commands_.end()) it->second();
+      break;
+    case kCmdRadContrast:
+    case kCmdImageSize:
+    case kCmdDataRegion:
+      // Only with a radiograph loaded.
+      if (model_.CurRadiograph().Length() < 1) break;
+      if (auto it = commands_.find(id); it != commands_.end()) it->second();
+      break;
+    default:
+      // Reading, output and the tool dialogs come from the layers that own them.
+      if (auto it = commands_.find(id); it != commands_.end()) it->second();
+      break;
+  }
+  (void)plot;
+  ApplyMenuState();
+}
+
+void MainWindow::ToggleOverlay(bool orMode) {
+  PlotState& plot = model_.Plot();
+  MenuState& menu = model_.App.Menu;
+  uint32_t& mine = orMode ? plot.OverlayOr : plot.OverlayAnd;
+  uint32_t& other = orMode ? plot.OverlayAnd : plot.OverlayOr;
+  const int myId = orMode ? kCmdOverlayOr : kCmdOverlayAnd;
+  const int otherId = orMode ? kCmdOverlayAnd : kCmdOverlayOr;
+  if (mine) {
+    mine = 0;
+    menu.Check(myId, false);
+  } else {
+    mine = 1;
+    other = 0;
+    menu.Check(myId, true);
+    menu.Check(otherId, false);
+  }
+  RequestRepaint();
+}
+
+void MainWindow::SetZoom(int id) {
+  PlotState& plot = model_.Plot();
+  plot.ZoomPending = 0;
+  const int old = plot.ZoomFactor;
+  plot.ZoomFactor = ZoomFactorFor(id);
+  MenuState& menu = model_.App.Menu;
+  for (int z : {kCmdZoom100, kCmdZoom200, kCmdZoom400, kCmdZoom800, kCmdZoom1600, kCmdZoom3200, kCmdExpand})
+    menu.Check(z, z == id);
+
+  const int h = ClientHeight();
+  const ZoomScroll z = ZoomScrollFor(old, plot.ZoomFactor, plot.ViewTop, h);
+  if (z.ShowBar) {
+    scrollBar_->show();
+    scrollBar_->setRange(0, z.RangeMax);
+    scrollBar_->setPageStep(h);
+    scrollBar_->setSingleStep(h / 16 + 1);
+    scrollBar_->setValue(z.Position);
+    plot.ViewTop = z.ViewTop;
+  } else {
+    scrollBar_->hide();
+    scrollBar_->setRange(0, 0);
+  }
+
+  if (id == kCmdExpand && !plot.ShowAllSections) {
+    auto* dialog = new ExpandDialog(model_, prompt_, *this);
+    activeDialog_ = dialog;
+    dialog->show();
+    ApplyMenuState();
+    return;
+  }
+  plot.DepthSpan = plot.SectionLength[model_.CurSectionSlot()];
+  plot.ViewFirstPoint = 0;
+  plot.ViewLastPoint = model_.CurSection().PointCount;
+  if (plot.Expanded) plot.NeedLayout = 1;
+  plot.Expanded = 0;
+  RequestRepaint();
+}
+
+void MainWindow::OnScrollAction(int action) {
+  ScrollCode code;
+  switch (action) {
+    case QAbstractSlider::SliderSingleStepAdd: code = ScrollCode::LineDown; break;
+    case QAbstractSlider::SliderSingleStepSub: code = ScrollCode::LineUp; break;
+    case QAbstractSlider::SliderPageStepAdd: code = ScrollCode::PageDown; break;
+    case QAbstractSlider::SliderPageStepSub: code = ScrollCode::PageUp; break;
+    case QAbstractSlider::SliderToMinimum: code = ScrollCode::Top; break;
+    case QAbstractSlider::SliderToMaximum: code = ScrollCode::Bottom; break;
+    case QAbstractSlider::SliderMove: code = ScrollCode::ThumbTrack; break;
+    default: return;
+  }
+  // The slider has already moved its thumb; our arithmetic decides the position.
+  const int thumb = scrollBar_->sliderPosition();
+  const int pos = scrollBar_->value();
+  const int n = ScrollTarget(code, pos, ClientHeight(), scrollBar_->minimum(), scrollBar_->maximum(), thumb);
+  scrollBar_->setSliderPosition(n);
+  if (n != pos) {
+    const PlotState& plot = model_.Plot();
+    const int band = plot.HeaderHeight + plot.TitleHeight + 7;
+    view_->scroll(0, pos - n, view_->rect().adjusted(0, band, 0, 0));
+    view_->update();
+  }
+}
+
+void MainWindow::OnVScroll(ScrollCode code, int thumb) {
+  const int pos = scrollBar_->value();
+  const int n = ScrollTarget(code, pos, ClientHeight(), scrollBar_->minimum(), scrollBar_->maximum(), thumb);
+  if (n == pos) return;
+  const PlotState& plot = model_.Plot();
+  const int band = plot.HeaderHeight + plot.TitleHeight + 7;
+  scrollBar_->setValue(n);
+  view_->scroll(0, pos - n, view_->rect().adjusted(0, band, 0, 0));
+  view_->update();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_PageUp: OnVScroll(ScrollCode::PageUp); break;
+    case Qt::Key_PageDown: OnVScroll(ScrollCode::PageDown); break;
+    case Qt::Key_End: OnVScroll(ScrollCode::Bottom); break;
+    case Qt::Key_Home: OnVScroll(ScrollCode::Top); break;
+    case Qt::Key_Up: OnVScroll(ScrollCode::LineUp); break;
+    case Qt::Key_Down: OnVScroll(ScrollCode::LineDown); break;
+    case Qt::Key_F1: OnHelp(false); break;
+    default: QMainWindow::keyPressEvent(event); return;
+  }
+  event->accept();
+}
+
+QUrl MainWindow::HelpTarget(int context) const {
+  const QString chm = QString::fromStdString(model_.App.HelpPath);
+  if (!chm.isEmpty() && QFileInfo::exists(chm)) return QUrl::fromLocalFile(chm);
+  QUrl guide = QUrl::fromLocalFile(QCoreApplication::applicationDirPath() + QStringLiteral("/help/index.html"));
+  if (context != 0) guide.setFragment(QStringLiteral("cmd%1").arg(context));
+  return guide;
+}
+
+void MainWindow::OnHelp(bool onMenuItem) {
+  if (onMenuItem) return;
+  helpOpener_(HelpTarget(int(model_.App.HelpContext)));
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  model_.Plot().InSizeMove = 1;
+  sizeMoveTimer_->start();
+  model_.Plot().NeedLayout = 1;
+}
+
+void MainWindow::EndSizeMove() {
+  model_.Plot().InSizeMove = 0;
+  model_.Plot().NeedLayout = 1;
+  RequestRepaint();
+}
+
+// Dropped files are accepted and then ignored: the program reads sections only
+// through its menu, where the kind of image is chosen.
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) { event->acceptProposedAction(); }
+void MainWindow::dragMoveEvent(QDragMoveEvent* event) { event->acceptProposedAction(); }
+void MainWindow::dropEvent(QDropEvent* event) { event->acceptProposedAction(); }
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!NewCore(model_, &prompt_)) {
+    event->ignore();
+    return;
+  }
+  const QRect r = normalGeometry().isValid() ? normalGeometry() : geometry();
+  DisplaySettings& s = model_.Settings();
+  s.WindowX = r.x();
+  s.WindowY = r.y();
+  s.WindowWidth = r.width();
+  s.WindowHeight = r.height();
+  WriteSettings(model_, workFolder_);
+  FreeSectionImages(model_);
+  if (activeDialog_) activeDialog_->close();
+  event->accept();
+}
+
+}  // namespace sedra

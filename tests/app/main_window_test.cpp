@@ -1,0 +1,246 @@
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTest>
+#include <cstring>
+
+#include "app/dialogs.h"
+#include "app/plot_view.h"
+#include "app_fixture.h"
+#include "model/core.h"
+#include "model/messages.h"
+#include "model/settings_files.h"
+
+namespace sedra {
+namespace {
+
+using test::AppTest;
+
+// A radiograph section loaded straight into the model, as a read would leave it.
+void LoadSection(Model& m, int rows, const char* step = "200 um") {
+  RadiographDesc& r = m.CurRadiograph();
+  r.Width = 8;
+  r.Height = rows;
+  r.Samples.assign(size_t(8) * size_t(rows), 1000);
+  m.CurSection().RadiographCount = 1;
+  m.Work().SampleStep = 1;
+  std::strcpy(m.CurSection().StepSizeText, step);
+  UpdateMenusAfterLoad(m, true);
+}
+
+TEST_F(AppTest, FirstStartCreatesTheSettingsAndOpensTheDefaultWindow) {
+  MainWindow& w = Start();
+  EXPECT_EQ(w.objectName(), "SedraPlotClass");
+  EXPECT_EQ(w.windowTitle(), "Sedra-PLOT-Lite - Sedra Image Presentation Software - V2.81");
+  EXPECT_EQ(w.geometry(), QRect(5, 5, 1000, 700));
+  for (const char* f : {"defaults.def", "elements.def", "miscdata.def"})
+    EXPECT_TRUE(std::filesystem::exists(folder / f)) << f;
+  EXPECT_TRUE(w.acceptDrops());
+  // The two image windows exist, hidden.
+  for (const char* name : {"ImageClass", "RadImageClass"}) {
+    auto* child = w.findChild<QWidget*>(QString::fromLatin1(name));
+    ASSERT_NE(child, nullptr) << name;
+    EXPECT_FALSE(child->isVisible()) << name;
+  }
+  EXPECT_EQ(model->Work().ShowRadiograph, 1u);
+  EXPECT_EQ(model->Work().ShowOptical, 1u);
+  EXPECT_EQ(model->Work().ShowCoreName, 0u) << "a first run leaves the name switches off";
+  EXPECT_TRUE(model->App.HelpPath == (folder / "Sedra-PLOT.chm").string());
+}
+
+TEST_F(AppTest, ACorruptDefaultsFileStopsTheStart) {
+  {
+    Model m;
+    CreateSettingsIfMissing(m, folder);
+  }
+  std::FILE* f = std::fopen((folder / "defaults.def").c_str(), "r+b");
+  std::fseek(f, 10, SEEK_SET);
+  std::fputc(0x01, f);
+  std::fclose(f);
+  model = std::make_unique<Model>();
+  window = StartUp(*model, prompt, folder);
+  EXPECT_FALSE(window);
+  ASSERT_EQ(prompt.Messages.size(), 1u);
+  EXPECT_EQ(prompt.Messages[0].Text, msg::kErrorReadingDefaults);
+}
+
+TEST_F(AppTest, TheMenuHasEveryEntryInItsPosition) {
+  MainWindow& w = Start();
+  const char* tops[] = {"&File",      "&Zoom",         "E&xpand Core Region",    "&Optical Image",
+                        "&Radiograph", "&Element Data", "Def&ine Region etc",     "&Section",
+                        "E&dit",      "Colour and Data Set&Up", "About"};
+  const QList<QAction*> bar = w.menuBar()->actions();
+  ASSERT_EQ(bar.size(), 11);
+  for (int i = 0; i < 11; ++i) {
+    EXPECT_EQ(bar[i]->text(), QString::fromLatin1(tops[i])) << i;
+    EXPECT_EQ(bar[i], w.TopEntry(i));
+  }
+  const QList<QAction*> file = bar[0]->menu()->actions();
+  const int fileIds[] = {4045, 4011, 4102, 4104, 4056, 4063, 4006, 4099, 4076, 4005};
+  ASSERT_EQ(file.size(), 10);
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(file[i]->data().toInt(), fileIds[i]) << i;
+  EXPECT_EQ(w.Action(kCmdOpticalSize)->text(), "&Size/Positon");
+  EXPECT_EQ(w.Action(kCmdReadRawHighRes)->text(), "Read Ra&w Radiograph HighRes Image");
+}
+
+TEST_F(AppTest, MenuEnablingAtStartAfterNewAndAfterALoad) {
+  MainWindow& w = Start();
+  auto enabledTops = [&] {
+    std::vector<int> on;
+    for (int i = 0; i < 11; ++i)
+      if (w.TopEntry(i)->isEnabled()) on.push_back(i);
+    return on;
+  };
+  // As the menu resource has it.
+  EXPECT_EQ(enabledTops(), (std::vector<int>{0, 1, 3, 4, 5, 6, 8, 9, 10}));
+  EXPECT_FALSE(w.Action(kCmdImageSize)->isEnabled());
+  EXPECT_TRUE(w.Action(kCmdZoom100)->isChecked());
+  EXPECT_TRUE(w.Action(kCmdPrint)->isEnabled());
+
+  w.OnCommand(kCmdNew);
+  EXPECT_EQ(enabledTops(), (std::vector<int>{0, 9, 10}));
+  EXPECT_FALSE(w.Action(kCmdPrint)->isEnabled());
+  EXPECT_FALSE(w.Action(kCmdMainTitle)->isEnabled());
+  EXPECT_TRUE(w.Action(kCmdPrintPdf)->isEnabled());
+
+  LoadSection(*model, 1000);
+  w.ApplyMenuState();
+  EXPECT_EQ(enabledTops(), (std::vector<int>{0, 1, 2, 4, 6, 8, 9, 10}));
+}
+
+TEST_F(AppTest, OverlayTogglesAreExclusiveButMayBothBeOff) {
+  MainWindow& w = Start();
+  PlotState& p = model->Plot();
+  w.OnCommand(kCmdOverlayAnd);
+  EXPECT_EQ(p.OverlayAnd, 1u);
+  w.OnCommand(kCmdOverlayOr);
+  EXPECT_EQ(p.OverlayOr, 1u);
+  EXPECT_EQ(p.OverlayAnd, 0u);
+  EXPECT_TRUE(w.Action(kCmdOverlayOr)->isChecked());
+  EXPECT_FALSE(w.Action(kCmdOverlayAnd)->isChecked());
+  w.OnCommand(kCmdOverlayOr);
+  EXPECT_EQ(p.OverlayOr, 0u);
+  EXPECT_EQ(p.OverlayAnd, 0u);
+  EXPECT_FALSE(w.Action(kCmdOverlayOr)->isChecked());
+}
+
+TEST_F(AppTest, ZoomShowsTheScrollBarAndKeysScroll) {
+  MainWindow& w = Start();
+  LoadSection(*model, 1000);
+  w.resize(1000, 700);
+  const int h = w.ClientHeight();
+  w.OnCommand(kCmdZoom200);
+  EXPECT_EQ(model->Plot().ZoomFactor, 2);
+  EXPECT_TRUE(w.Action(kCmdZoom200)->isChecked());
+  EXPECT_FALSE(w.Action(kCmdZoom100)->isChecked());
+  EXPECT_FALSE(w.VScrollBar()->isHidden());
+  EXPECT_EQ(w.VScrollBar()->maximum(), h);
+
+  struct Row {
+    int key;
+    int want;
+  } rows[] = {
+      {Qt::Key_Down, h / 16 + 1},
+      {Qt::Key_PageDown, h / 16 + 1 + h / 3 + 1},
+      {Qt::Key_Left, h / 16 + 1 + h / 3 + 1},  // no horizontal scrolling
+      {Qt::Key_Right, h / 16 + 1 + h / 3 + 1},
+      {Qt::Key_Home, 0},
+      {Qt::Key_End, h},
+      {Qt::Key_Up, h - (h / 16 - 1)},
+  };
+  for (const Row& r : rows) {
+    QTest::keyClick(&w, Qt::Key(r.key));
+    EXPECT_EQ(w.ScrollPos(), r.want) << r.key;
+  }
+
+  w.OnCommand(kCmdZoom3200);
+  EXPECT_EQ(model->Plot().ZoomFactor, 32);
+  EXPECT_EQ(w.VScrollBar()->maximum(), 31 * h);
+  w.OnCommand(kCmdZoom100);
+  EXPECT_TRUE(w.VScrollBar()->isHidden());
+  EXPECT_EQ(model->Plot().ZoomFactor, 1);
+}
+
+TEST_F(AppTest, ExpandWithAllSectionsShownReturnsToTheFullLength) {
+  MainWindow& w = Start();
+  LoadSection(*model, 1500);  // 300 mm
+  PlotState& p = model->Plot();
+  p.ShowAllSections = 1;
+  p.Expanded = 1;
+  p.DepthSpan = 20;
+  w.OnCommand(kCmdExpand);
+  EXPECT_EQ(w.ActiveDialog(), nullptr) << "no region dialog while all sections are shown";
+  EXPECT_EQ(p.Expanded, 0u);
+  EXPECT_FLOAT_EQ(p.DepthSpan, 300.0f);
+  EXPECT_EQ(p.NeedLayout, 1u);
+  EXPECT_EQ(p.ZoomFactor, 1);
+}
+
+TEST_F(AppTest, HelpFollowsTheLastHighlightedMenuItem) {
+  MainWindow& w = Start();
+  w.OnHelp(true);
+  EXPECT_TRUE(helpRequests.empty()) << "F1 on a menu item does nothing";
+  QTest::keyClick(&w, Qt::Key_F1);
+  ASSERT_EQ(helpRequests.size(), 1u);
+  EXPECT_EQ(helpRequests[0].fragment(), "") << "contents when no item was highlighted";
+  w.TopEntry(kMenuFile)->menu()->actions()[1]->hover();
+  QTest::keyClick(&w, Qt::Key_F1);
+  ASSERT_EQ(helpRequests.size(), 2u);
+  EXPECT_EQ(helpRequests[1].fragment(), "cmd4011");
+  w.OnCommand(kCmdHelp);
+  ASSERT_EQ(helpRequests.size(), 3u);
+  EXPECT_EQ(helpRequests[2].fragment(), "");
+  EXPECT_TRUE(helpRequests[2].toLocalFile().endsWith("/help/index.html"));
+
+  // The compiled help file in the working folder wins when it exists.
+  std::FILE* chm = std::fopen((folder / "Sedra-PLOT.chm").c_str(), "wb");
+  std::fclose(chm);
+  w.OnCommand(kCmdHelp);
+  EXPECT_EQ(helpRequests.back().toLocalFile().toStdString(), (folder / "Sedra-PLOT.chm").string());
+}
+
+TEST_F(AppTest, CloseAsksThroughNewWritesSettingsAndRestoresTheRectangle) {
+  MainWindow& w = Start();
+  w.setGeometry(40, 60, 900, 650);
+  model->Plot().Modified = 1;
+  prompt.Answers.push_back(Answer::No);
+  EXPECT_FALSE(w.close()) << "No keeps the window";
+  ASSERT_EQ(prompt.Messages.size(), 1u);
+  EXPECT_EQ(prompt.Messages[0].Text, msg::kContinueWithoutSaving);
+  EXPECT_EQ(model->Plot().Modified, 1u);
+
+  prompt.Answers.push_back(Answer::Yes);
+  model->Work().ShowSectionName = 1;
+  EXPECT_TRUE(w.close());
+  window.reset();
+
+  // Next start: the rectangle and the name switch come back.
+  model = std::make_unique<Model>();
+  test::ScriptedPrompt second;
+  auto again = StartUp(*model, second, folder);
+  ASSERT_TRUE(again);
+  EXPECT_EQ(again->geometry(), QRect(40, 60, 900, 650));
+  EXPECT_EQ(model->Work().ShowSectionName, 1u);
+  EXPECT_TRUE(second.Messages.empty());
+}
+
+TEST_F(AppTest, ResizeMarksTheLayoutAndSettlesAfterTheDragEnds) {
+  MainWindow& w = Start();
+  model->Plot().NeedLayout = 0;
+  w.resize(800, 600);
+  QApplication::processEvents();
+  EXPECT_EQ(model->Plot().InSizeMove, 1u);
+  EXPECT_EQ(model->Plot().NeedLayout, 1u);
+  QTest::qWait(300);
+  EXPECT_EQ(model->Plot().InSizeMove, 0u);
+}
+
+}  // namespace
+}  // namespace sedra
