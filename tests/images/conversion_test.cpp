@@ -83,6 +83,71 @@ TEST(RadiographDib, UserRegionsClampLimitAndOverwrite) {
   EXPECT_EQ(narrow.Bitmap.Bits, (std::vector<uint8_t>{127, 127, 127, 0, 255, 255, 255, 0}));
 }
 
+// The straightforward conversion: region 0 over everything, then each user region
+// painted over it in turn.  The real one writes each pixel once; both must agree.
+std::vector<uint8_t> PaintedByRegions(const RadiographDesc& r) {
+  std::vector<uint8_t> bits(size_t(r.Bitmap.Stride) * size_t(r.Height), 0);
+  auto grey = [](int64_t s, int64_t lower, int64_t upper, bool clamp) {
+    const int64_t range = upper == lower ? 1 : upper - lower;
+    int64_t v = ((s - lower) * 255) / range;
+    if (v < 0) v = 0;
+    if (clamp && v > 255) v = 255;
+    return uint8_t(v & 0xFF);
+  };
+  auto paint = [&](int x1, int y1, int x2, int y2, int64_t lower, int64_t upper, bool clamp) {
+    for (int y = y1; y < y2; ++y)
+      for (int x = x1; x < x2; ++x) {
+        const uint8_t g = grey(r.Samples[size_t(y) * r.Width + x], lower, upper, clamp);
+        uint8_t* o = &bits[size_t(y) * r.Bitmap.Stride + size_t(x) * 3];
+        o[0] = o[1] = o[2] = g;
+      }
+  };
+  paint(0, 0, r.Width, r.Height, r.Regions[0].Lower, r.Regions[0].Upper, false);
+  for (int k = 1; k < kRegionCount; ++k) {
+    const RadiographRegion& g = r.Regions[k];
+    if (g.X2 <= 0) continue;
+    paint(std::max(g.X1, 0), std::max(g.Y1, 0), std::min(g.X2, r.Width - 1), std::min(g.Y2, r.Height - 1), g.Lower,
+          g.Upper, true);
+  }
+  return bits;
+}
+
+TEST(RadiographDib, OverlappingRegionsMatchPaintingInTurn) {
+  uint32_t seed = 99;
+  auto next = [&seed](uint32_t n) {
+    seed = seed * 1664525u + 1013904223u;
+    return (seed >> 8) % n;
+  };
+  const int windows[][2] = {{1000, 2000}, {2000, 1000}, {5, 5}, {-300, 40000}, {0, 65535}, {60000, 70000},
+                            {30000, 30001}, {-70000, -1000}, {65535, 65536}, {40000, 100}};
+  for (int round = 0; round < 60; ++round) {
+    RadiographDesc r{};
+    const int width = 1 + int(next(37)), height = 1 + int(next(23));
+    std::vector<uint16_t> samples(size_t(width) * height);
+    for (auto& s : samples) s = uint16_t(next(4) == 0 ? next(65536) : 800 + next(2400));
+    MakeRadiograph(r, samples, width);
+    const auto& w0 = windows[next(10)];
+    r.Regions[0] = {0, 0, width - 1, height - 1, w0[0], w0[1]};
+    for (int k = 1; k < kRegionCount; ++k) {
+      const auto& w = windows[next(10)];
+      if (next(3) == 0) {
+        r.Regions[k] = {0, 0, 0, 0, w[0], w[1]};
+        continue;
+      }
+      const int x1 = int(next(uint32_t(width + 4))) - 2, y1 = int(next(uint32_t(height + 4))) - 2;
+      r.Regions[k] = {x1, y1, x1 + int(next(uint32_t(width + 3))), y1 + int(next(uint32_t(height + 3))), w[0], w[1]};
+    }
+    const std::vector<uint8_t> expect = PaintedByRegions(r);
+    UpdateRadiographDib(r);
+    ASSERT_EQ(r.Bitmap.Bits, expect) << "round " << round;
+    for (int k = 1; k < kRegionCount; ++k)
+      if (r.Regions[k].X2 <= 0) {
+        EXPECT_EQ(r.Regions[k].Lower, w0[0]);
+        EXPECT_EQ(r.Regions[k].Upper, w0[1]);
+      }
+  }
+}
+
 TEST(RadiographDib, DoesNothingWithoutABitmap) {
   RadiographDesc r{};
   r.Width = 2;
