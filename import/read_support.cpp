@@ -27,13 +27,13 @@ std::string LastComponent(const std::string& folder) {
   return p.filename().string();
 }
 
-void ApplyOffsetCorrection(RadiographDesc& rad, uint32_t minimum, uint32_t maximum) {
+void ApplyOffsetCorrection(RadiographDesc& rad, uint32_t minimum, uint32_t maximum, bool shifted) {
   // The scanner writes its signed counts with 32768 added; such a file has no sample
   // at or below 32768, and only then is the offset taken off again.
-  if (minimum > 32768) {
-    for (uint16_t& s : rad.Samples) s = uint16_t(s - 32768);
-    maximum -= 32768;
-  }
+  const bool offset = minimum > 32768;
+  if (offset != shifted)
+    for (uint16_t& s : rad.Samples) s = uint16_t(s ^ kOffsetBit);
+  if (offset) maximum -= 32768;
   rad.MaxValue = int32_t(maximum > 65535 ? 65535 : maximum);
 }
 

@@ -40,8 +40,14 @@ void RememberFolder(Model& model, const std::string& chosenPath);
 // Last component of a folder path; empty for a root.
 std::string LastComponent(const std::string& folder);
 
-// Scans the samples once: subtracts the scanner's 32768 offset when every sample is
-// above it, then sets MaxValue (at most 65535).
-void ApplyOffsetCorrection(RadiographDesc& rad, uint32_t minimum, uint32_t maximum);
+// Subtracts the scanner's 32768 offset when every sample is above it, then sets
+// MaxValue (at most 65535).  A reader may guess early whether the offset is there and
+// store its samples already shifted (`shifted`); the guess is put right here, at the
+// cost of one pass over the samples only when it was wrong.
+void ApplyOffsetCorrection(RadiographDesc& rad, uint32_t minimum, uint32_t maximum, bool shifted = false);
+
+// The scanner's offset taken off (or put back) in 16-bit arithmetic: flipping the top
+// bit of a sample is the same as subtracting 32768 modulo 65536.
+constexpr uint16_t kOffsetBit = 0x8000;
 
 }  // namespace sedra

@@ -2,6 +2,10 @@
 
 #include <tiffio.h>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -193,9 +197,81 @@ void PlaceRadiographBlock(RadiographDesc& rad, const T* src, size_t srcStride, i
   }
 }
 
+// The 16-bit striped radiograph, the scanner's own format, turned in 8 x 8 blocks: eight
+// TIFF rows are loaded eight samples at a time, transposed in registers and stored as
+// eight pieces of bitmap rows.  The smallest and largest sample are tracked on the same
+// loads, and the scanner's offset bit is flipped on the way when `flip` is set.
+void TurnBand16(RadiographDesc& rad, const uint16_t* src, size_t srcStride, int64_t r0, int64_t rows, int64_t cols,
+                uint32_t& minimum, uint32_t& maximum, bool flip) {
+  const int64_t width = rad.Width;
+  uint16_t* out = rad.Samples.data();
+  const uint16_t flipBits = flip ? kOffsetBit : 0;
+  uint32_t lo = minimum, hi = maximum;
+  int64_t fullRows = 0, fullCols = 0;
+#if defined(__SSE2__)
+  fullRows = rows & ~int64_t(7);
+  fullCols = cols & ~int64_t(7);
+  if (fullRows > 0 && fullCols > 0) {
+    // Unsigned order is signed order with the top bit flipped, and SSE2 only compares
+    // signed 16-bit values.
+    const __m128i top = _mm_set1_epi16(int16_t(kOffsetBit));
+    const __m128i flipVector = _mm_set1_epi16(int16_t(flipBits));
+    __m128i vlo = _mm_set1_epi16(0x7FFF), vhi = _mm_set1_epi16(-0x8000);
+    for (int64_t c = 0; c < fullCols; c += 8) {
+      uint16_t* dst = out + size_t((rad.Height - 1 - c) * width + r0);
+      for (int64_t i = 0; i < fullRows; i += 8) {
+        const uint16_t* s = src + size_t(i) * srcStride + size_t(c);
+        __m128i a[8];
+        for (int k = 0; k < 8; ++k) {
+          a[k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + size_t(k) * srcStride));
+          const __m128i sv = _mm_xor_si128(a[k], top);
+          vlo = _mm_min_epi16(vlo, sv);
+          vhi = _mm_max_epi16(vhi, sv);
+          a[k] = _mm_xor_si128(a[k], flipVector);
+        }
+        const __m128i b0 = _mm_unpacklo_epi16(a[0], a[1]), b1 = _mm_unpackhi_epi16(a[0], a[1]);
+        const __m128i b2 = _mm_unpacklo_epi16(a[2], a[3]), b3 = _mm_unpackhi_epi16(a[2], a[3]);
+        const __m128i b4 = _mm_unpacklo_epi16(a[4], a[5]), b5 = _mm_unpackhi_epi16(a[4], a[5]);
+        const __m128i b6 = _mm_unpacklo_epi16(a[6], a[7]), b7 = _mm_unpackhi_epi16(a[6], a[7]);
+        const __m128i d0 = _mm_unpacklo_epi32(b0, b2), d1 = _mm_unpackhi_epi32(b0, b2);
+        const __m128i d2 = _mm_unpacklo_epi32(b1, b3), d3 = _mm_unpackhi_epi32(b1, b3);
+        const __m128i d4 = _mm_unpacklo_epi32(b4, b6), d5 = _mm_unpackhi_epi32(b4, b6);
+        const __m128i d6 = _mm_unpacklo_epi32(b5, b7), d7 = _mm_unpackhi_epi32(b5, b7);
+        // Column c + j of the band is now the pair (d, d') below; it goes to bitmap row
+        // Height - 1 - (c + j), i.e. j rows above dst.
+        const __m128i t[8] = {_mm_unpacklo_epi64(d0, d4), _mm_unpackhi_epi64(d0, d4), _mm_unpacklo_epi64(d1, d5),
+                              _mm_unpackhi_epi64(d1, d5), _mm_unpacklo_epi64(d2, d6), _mm_unpackhi_epi64(d2, d6),
+                              _mm_unpacklo_epi64(d3, d7), _mm_unpackhi_epi64(d3, d7)};
+        for (int j = 0; j < 8; ++j)
+          _mm_storeu_si128(reinterpret_cast<__m128i*>(dst - size_t(j) * size_t(width) + size_t(i)), t[j]);
+      }
+    }
+    alignas(16) uint16_t l[8], h[8];
+    _mm_store_si128(reinterpret_cast<__m128i*>(l), _mm_xor_si128(vlo, top));
+    _mm_store_si128(reinterpret_cast<__m128i*>(h), _mm_xor_si128(vhi, top));
+    for (int k = 0; k < 8; ++k) {
+      lo = std::min<uint32_t>(lo, l[k]);
+      hi = std::max<uint32_t>(hi, h[k]);
+    }
+  }
+#endif
+  // What the blocks left: the last columns of every row, then the last rows.
+  for (int64_t i = 0; i < rows; ++i) {
+    const uint16_t* s = src + size_t(i) * srcStride;
+    for (int64_t c = i < fullRows ? fullCols : 0; c < cols; ++c) {
+      const uint32_t v = s[c];
+      lo = v < lo ? v : lo;
+      hi = v > hi ? v : hi;
+      out[size_t((rad.Height - 1 - c) * width + r0 + i)] = uint16_t(v ^ flipBits);
+    }
+  }
+  minimum = lo;
+  maximum = hi;
+}
+
 template <typename T>
 bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, int64_t tiffHeight, uint32_t& minimum,
-                           uint32_t& maximum) {
+                           uint32_t& maximum, bool& shifted) {
   if (TIFFIsTiled(tif)) {
     uint32_t tw = 0, th = 0;
     TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
@@ -216,15 +292,28 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
   }
   const int64_t lineBytes = int64_t(TIFFScanlineSize64(tif));
   if (lineBytes < tiffWidth * int64_t(sizeof(T)) || lineBytes % int64_t(sizeof(T)) != 0) return false;
-  // A band of a few rows: enough for whole cache lines per bitmap row, small beside the image.
-  constexpr int64_t kBandRows = 16;
+  // A band of a few rows: whole cache lines per bitmap row, small beside the image.
+  constexpr int64_t kBandRows = 32;
   const size_t stride = size_t(lineBytes) / sizeof(T);
   std::vector<T> band(stride * size_t(std::min(kBandRows, tiffHeight)));
   for (int64_t r0 = 0; r0 < tiffHeight; r0 += kBandRows) {
     const int64_t rows = std::min(kBandRows, tiffHeight - r0);
     for (int64_t i = 0; i < rows; ++i)
       if (TIFFReadScanline(tif, band.data() + size_t(i) * stride, uint32_t(r0 + i), 0) < 0) return false;
-    PlaceRadiographBlock(rad, band.data(), stride, r0, rows, 0, tiffWidth, minimum, maximum);
+    if constexpr (sizeof(T) == 2) {
+      // Whether the scanner's offset is in the file is known only at the end; the first
+      // band is a good guess, and a wrong one costs one more pass (see ApplyOffsetCorrection).
+      if (r0 == 0) {
+        uint32_t bandMinimum = 65535;
+        for (int64_t i = 0; i < rows; ++i)
+          for (int64_t c = 0; c < tiffWidth; ++c)
+            bandMinimum = std::min<uint32_t>(bandMinimum, band[size_t(i) * stride + size_t(c)]);
+        shifted = bandMinimum > 32768;
+      }
+      TurnBand16(rad, band.data(), stride, r0, rows, tiffWidth, minimum, maximum, shifted);
+    } else {
+      PlaceRadiographBlock(rad, band.data(), stride, r0, rows, 0, tiffWidth, minimum, maximum);
+    }
   }
   return true;
 }
@@ -401,10 +490,11 @@ class TiffRead {
       return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, true);
     }
     uint32_t minimum = 64000, maximum = 0;
-    const bool ok = bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum)
-                              : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum);
+    bool shifted = false;
+    const bool ok = bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum, shifted)
+                              : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum, shifted);
     if (!ok) return Fail(msg::kErrorReadingTiff, "", true);
-    ApplyOffsetCorrection(rad, minimum, maximum);
+    ApplyOffsetCorrection(rad, minimum, maximum, shifted);
     rad.HeightScale = 1.0f;
     return {1, true};
   }

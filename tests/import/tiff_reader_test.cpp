@@ -3,6 +3,7 @@
 
 #include "import/tiff_reader.h"
 
+#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -81,6 +82,54 @@ INSTANTIATE_TEST_SUITE_P(Rows, TiffOffset,
                          ::testing::Values(OffsetCase{"AllAbove", 32769, 65535, 1, 32767},
                                            OffsetCase{"OneAt32768", 32768, 40000, 32768, 40000},
                                            OffsetCase{"Plain", 100, 200, 100, 200}),
+                         [](const auto& i) { return std::string(i.param.Name); });
+
+// Larger radiographs are turned in blocks, with the rows and columns the blocks leave
+// done one by one; the offset rule sees every sample wherever it lies.
+struct BigOffsetCase {
+  const char* Name;
+  int LowRow, LowCol;  // where a sample of 32768 sits; -1: nowhere, every sample is above
+  bool Tiled;
+};
+
+class TiffTurnedInBlocks : public ::testing::TestWithParam<BigOffsetCase> {};
+
+TEST_P(TiffTurnedInBlocks, EverySampleInPlaceAndOffsetRuleOverTheWholeFile) {
+  const BigOffsetCase& c = GetParam();
+  const auto path = test::ScratchFolder() / "big.tif";
+  const uint32_t w = 37, h = 75;
+  auto value = [&](uint32_t r, uint32_t col) -> uint32_t {
+    if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
+    return 32769 + (r * 131 + col * 7) % 30000;
+  };
+  TiffSpec spec{w, h, 1, 16};
+  spec.Tile = c.Tiled ? 16 : 0;
+  WriteTiff(path, spec, [&](uint32_t r, uint32_t col, uint32_t) { return value(r, col); });
+  Model model;
+  ScriptedPrompt prompt;
+  ASSERT_TRUE(ReadFile(model, prompt, path, true).PixelsRead);
+  const RadiographDesc& rad = model.CurRadiograph();
+  ASSERT_EQ(rad.Width, int32_t(h));
+  ASSERT_EQ(rad.Height, int32_t(w));
+  const bool shifted = c.LowRow < 0;
+  uint32_t maximum = 0;
+  for (uint32_t r = 0; r < h; ++r)
+    for (uint32_t col = 0; col < w; ++col) {
+      const uint32_t v = value(r, col) - (shifted ? 32768 : 0);
+      maximum = std::max(maximum, v);
+      ASSERT_EQ(RadiographAt(rad, int(w - 1 - col), int(r)), v) << r << "," << col;
+    }
+  EXPECT_EQ(rad.MaxValue, int32_t(maximum));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, TiffTurnedInBlocks,
+                         ::testing::Values(BigOffsetCase{"AllAbove", -1, -1, false},
+                                           BigOffsetCase{"LowInFirstRows", 3, 5, false},
+                                           BigOffsetCase{"LowInLaterBlock", 40, 10, false},
+                                           BigOffsetCase{"LowInLastColumns", 50, 35, false},
+                                           BigOffsetCase{"LowInLastRows", 74, 2, false},
+                                           BigOffsetCase{"TiledAllAbove", -1, -1, true},
+                                           BigOffsetCase{"TiledLowLate", 70, 30, true}),
                          [](const auto& i) { return std::string(i.param.Name); });
 
 // The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
