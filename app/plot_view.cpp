@@ -16,12 +16,24 @@ PlotView::PlotView(Model& model, MainWindow& window) : QWidget(&window), model_(
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
+  // The plot is painted into a back buffer the size of the view and the exposed part
+  // copied to the screen: image targets take the plot's direct pixel paths.
+  const QSize size = rect().size();
+  if (buffer_.size() != size) {
+    buffer_ = QImage(size, QImage::Format_RGB32);
+    buffer_.setDotsPerMeterX(qRound(logicalDpiX() / 0.0254));
+    buffer_.setDotsPerMeterY(qRound(logicalDpiY() / 0.0254));
+  }
+  if (!buffer_.isNull()) {
+    QPainter bufferPainter(&buffer_);
+    PaintTarget target;
+    target.Client = rect();
+    target.Exposed = event->rect();
+    target.ScrollPos = window_.ScrollPos();
+    PaintPlot(model_, bufferPainter, target);
+  }
   QPainter painter(this);
-  PaintTarget target;
-  target.Client = rect();
-  target.Exposed = event->rect();
-  target.ScrollPos = window_.ScrollPos();
-  PaintPlot(model_, painter, target);
+  painter.drawImage(event->rect(), buffer_, event->rect());
 }
 
 }  // namespace sedra

@@ -1,6 +1,7 @@
 #pragma once
 // The client area of the main window: paints the composite plot.
 
+#include <QImage>
 #include <QWidget>
 
 namespace sedra {
@@ -19,6 +20,7 @@ class PlotView : public QWidget {
  private:
   Model& model_;
   MainWindow& window_;
+  QImage buffer_;
 };
 
 }  // namespace sedra

@@ -134,7 +134,6 @@ struct CoreSectionFields {
   char UserField[32];
   char XrfConditionsText[32];
   float XrfStepSize;
-  int32_t DwellTime;
   // Text.
   char FileName[64];
   char SiteName[64];
@@ -152,7 +151,7 @@ struct CoreSectionFields {
   int32_t RadiographCount;
   int32_t TubeVoltage;
   int32_t TubeCurrent;
-  int32_t Exposure;
+  int32_t Exposure;  // ms; the information block shows it as the dwell time
   // Section title and its header block (layout units).
   int32_t SectionTitleFontSize;
   IntRect HeaderRect;

@@ -125,7 +125,7 @@ void DrawInfoBlock(PaintContext& ctx) {
                      QStringLiteral("Count-time: ") + ansi(sec.CountTimeText) + QStringLiteral("/increment")});
   table.push_back({QStringLiteral("X-radiograph Conditions"), ansi(sec.TubeSettingsText),
                    QStringLiteral("Step Size: ") + ansi(sec.StepSizeText),
-                   QStringLiteral("Dwell time: ") + QString::number(sec.DwellTime) + QLatin1Char(' ') +
+                   QStringLiteral("Dwell time: ") + QString::number(sec.Exposure) + QLatin1Char(' ') +
                        ansi(sec.ExposureText) + QStringLiteral("/increment")});
 
   ctx.Painter.setFont(ctx.LabelFont);
