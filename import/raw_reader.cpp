@@ -89,6 +89,29 @@ class RawText {
   const char* end_;
 };
 
+// Spreads the n counts of one column over n x expand rows of a band `stride` samples
+// wide, stepping linearly from each count towards the next (the last one is repeated).
+// Inlined with each constant expand of the four resolutions, the step's division
+// becomes a multiplication.
+template <int64_t stride>
+inline __attribute__((always_inline)) void SpreadColumn(const uint16_t* acc, int n, int expand, uint16_t* out,
+                                                        uint32_t& minimum, uint32_t& maximum) {
+  uint32_t lo = minimum, hi = maximum;
+  for (int j = 0; j < n; ++j) {
+    int v = acc[j];
+    lo = std::min(lo, uint32_t(v));
+    hi = std::max(hi, uint32_t(v));
+    const int d = j < n - 1 ? (v - int(acc[j + 1])) / expand : 0;
+    uint16_t* o = out + size_t(j) * size_t(expand) * stride;
+    for (int k = 0; k < expand; ++k) {
+      o[size_t(k) * stride] = uint16_t(v);
+      v -= d;
+    }
+  }
+  minimum = lo;
+  maximum = hi;
+}
+
 }  // namespace
 
 ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes, int64_t maxPixels) {
@@ -188,21 +211,23 @@ ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view te
       std::fill(acc.begin(), acc.begin() + n, uint16_t(0));
       for (int g = 0; g < group; ++g) raw.AddLine(acc.data(), acc.size());
       uint16_t* out = band.data() + (columns - 1 - b);
-      for (int j = 0; j < n; ++j) {
-        int v = acc[size_t(j)];
-        minimum = std::min(minimum, uint32_t(v));
-        maximum = std::max(maximum, uint32_t(v));
-        const int d = j < n - 1 ? (v - int(acc[size_t(j) + 1])) / expand : 0;
-        uint16_t* o = out + size_t(j) * size_t(expand) * kBand;
-        for (int k = 0; k < expand; ++k) {
-          o[size_t(k) * kBand] = uint16_t(v);
-          v -= d;
-        }
+      switch (expand) {
+        case 10: SpreadColumn<kBand>(acc.data(), n, 10, out, minimum, maximum); break;
+        case 5: SpreadColumn<kBand>(acc.data(), n, 5, out, minimum, maximum); break;
+        case 3: SpreadColumn<kBand>(acc.data(), n, 3, out, minimum, maximum); break;
+        case 1: SpreadColumn<kBand>(acc.data(), n, 1, out, minimum, maximum); break;
+        default: SpreadColumn<kBand>(acc.data(), n, expand, out, minimum, maximum); break;
       }
     }
     const int64_t firstColumn = width - r0 - columns;
-    for (int64_t y = 0; y < height; ++y)
-      std::memcpy(samples + y * width + firstColumn, band.data() + y * kBand, size_t(columns) * sizeof(uint16_t));
+    // A whole band copies a fixed 64 bytes a row, which the compiler turns into plain
+    // vector moves instead of a library call per row.
+    if (columns == kBand)
+      for (int64_t y = 0; y < height; ++y)
+        std::memcpy(samples + y * width + firstColumn, band.data() + y * kBand, size_t(kBand) * sizeof(uint16_t));
+    else
+      for (int64_t y = 0; y < height; ++y)
+        std::memcpy(samples + y * width + firstColumn, band.data() + y * kBand, size_t(columns) * sizeof(uint16_t));
   }
   ApplyOffsetCorrection(rad, minimum, maximum);
   rad.Width = int32_t(width);
