@@ -25,26 +25,24 @@ void AutoContrast(Model& model, int region) {
   int64_t n = 0;
   if (step == 1 && x1 < x2) {
     // Neighbouring samples are often equal, and counting them into one array makes
-    // each increment wait for the previous one.  Four arrays, added up afterwards,
-    // keep the increments independent.
-    std::vector<uint32_t> more(3 * 65536, 0);
+    // each increment wait for the previous one.  Alternate pixels go to a second array,
+    // added in afterwards.
+    std::vector<uint32_t> more(65536, 0);
     uint32_t* h0 = hist.data();
     uint32_t* h1 = more.data();
-    uint32_t* h2 = h1 + 65536;
-    uint32_t* h3 = h2 + 65536;
     for (int64_t y = y1; y < y2; ++y) {
       const uint16_t* row = rad.Samples.data() + y * rad.Width;
       int64_t x = x1;
       for (; x + 4 <= x2; x += 4) {
         ++h0[row[x]];
         ++h1[row[x + 1]];
-        ++h2[row[x + 2]];
-        ++h3[row[x + 3]];
+        ++h0[row[x + 2]];
+        ++h1[row[x + 3]];
       }
       for (; x < x2; ++x) ++h0[row[x]];
       n += x2 - x1;
     }
-    for (size_t b = 0; b < 65536; ++b) h0[b] += h1[b] + h2[b] + h3[b];
+    for (size_t b = 0; b < 65536; ++b) h0[b] += h1[b];
   } else {
     for (int64_t y = y1; y < y2; y += step) {
       const uint16_t* row = rad.Samples.data() + y * rad.Width;
