@@ -183,7 +183,7 @@ ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view te
     return {};
   }
   try {
-    rad.Samples.assign(size_t(width * height), 0);
+    AllocateSamples(rad.Samples, size_t(width * height));
     acc.assign(size_t(n) + 2, 0);
   } catch (const std::bad_alloc&) {
     rad.Clear();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace sedra {
 
@@ -33,6 +34,9 @@ using ZoomReset = std::function<void()>;
 
 // Sizes `dib` for a width x height 24-bit bitmap, zero-filled.  Throws std::bad_alloc.
 void AllocateDib(Dib& dib, int32_t width, int32_t height);
+
+// `samples` becomes `count` zeros.  Throws std::bad_alloc.
+void AllocateSamples(std::vector<uint16_t>& samples, size_t count);
 
 // Stores the chosen file's folder as LastDirectory (bounded to the field).
 void RememberFolder(Model& model, const std::string& chosenPath);

@@ -485,7 +485,7 @@ class TiffRead {
     rad.Height = int32_t(w);
     try {
       AllocateDib(rad.Bitmap, rad.Width, rad.Height);
-      rad.Samples.assign(size_t(w * h), 0);
+      AllocateSamples(rad.Samples, size_t(w * h));
     } catch (const std::bad_alloc&) {
       return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, true);
     }
