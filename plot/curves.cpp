@@ -8,6 +8,7 @@
 #include <cctype>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -446,6 +447,10 @@ void DrawCurve(PaintContext& ctx, int curve, int x, int top, int height) {
     const int end = std::clamp(plot.SectionCount, cur + 1, kMaxSections);
     for (int s = cur; s < end; ++s) passes.push_back(s);
   }
+  // Single points (no joining lines) go through one batch: the per-pixel checks are
+  // decided once, which keeps a whole core at 100% as quick to draw as a zoomed view.
+  std::optional<PaintContext::PixelBatch> pixels;
+  if (!app.DrawLines) pixels.emplace(ctx, CurveColourOf(model, curve));
   int64_t passTop = top;
   int slotBase = 0;
   for (int s : passes) {
@@ -463,7 +468,10 @@ void DrawCurve(PaintContext& ctx, int curve, int x, int top, int height) {
       const size_t at = size_t(slot) * kMaxCurves + size_t(curve);
       const int offset = at < work.Offsets.size() ? work.Offsets[at] : -1;
       if (offset >= 0) {
-        DrawPoint(ctx, x + offset, y, prevX, prevY, curve);
+        if (pixels)
+          pixels->Set(x + offset, y);
+        else
+          DrawPoint(ctx, x + offset, y, prevX, prevY, curve);
         prevX = x + offset;
         prevY = y;
       } else {

@@ -150,6 +150,23 @@ void PaintContext::Pixel(int x, int64_t y, const QColor& colour) {
   Painter.fillRect(QRect(x, dy, 1, 1), colour);
 }
 
+PaintContext::PixelBatch::PixelBatch(PaintContext& ctx, const QColor& colour)
+    : ctx_(ctx), colour_(colour), rgb_(colour.rgb()), top_(ctx.VisibleTop()), bottom_(ctx.VisibleBottom()) {
+  if (QImage* image = ctx.DirectImage(colour)) {
+    const QRect r = ctx.Device & image->rect();
+    if (r.isEmpty()) {
+      bottom_ = top_;  // nothing to draw
+      return;
+    }
+    bits_ = image->bits();
+    stride_ = image->bytesPerLine();
+    left_ = r.left();
+    right_ = r.right() + 1;
+    rowTop_ = r.top();
+    rowBottom_ = r.bottom() + 1;
+  }
+}
+
 void PaintContext::Text(int left, int64_t top, int right, int64_t bottom, int flags, const QString& text) {
   if (bottom < VisibleTop() - 200 || top > VisibleBottom() + 200) return;
   Painter.drawText(QRect(QPoint(left, int(top - OriginY)), QPoint(right - 1, int(bottom - OriginY) - 1)),

@@ -74,6 +74,33 @@ struct PaintContext {
   // pixels and small fills may then be written straight into an image target.
   bool ClipIsDevice = false;
 
+  // Many single pixels of one colour (a curve's points): whether they can be written
+  // straight into the image is decided once, not for every pixel.
+  class PixelBatch {
+   public:
+    PixelBatch(PaintContext& ctx, const QColor& colour);
+    void Set(int x, int64_t y) {
+      if (y < top_ || y >= bottom_) return;
+      if (!bits_) {
+        ctx_.Pixel(x, y, colour_);
+        return;
+      }
+      const int64_t dy = y - ctx_.OriginY;
+      if (x < left_ || x >= right_ || dy < rowTop_ || dy >= rowBottom_) return;
+      reinterpret_cast<uint32_t*>(bits_ + dy * stride_)[x] = rgb_;
+    }
+
+   private:
+    PaintContext& ctx_;
+    QColor colour_;
+    uint32_t rgb_ = 0;
+    uchar* bits_ = nullptr;
+    qsizetype stride_ = 0;
+    int64_t top_ = 0, bottom_ = 0;
+    int left_ = 0, right_ = 0;
+    int64_t rowTop_ = 0, rowBottom_ = 0;
+  };
+
  private:
   // The image under the painter when pixels can be written directly (untransformed
   // 32-bit image, plain source-over painting, no clip narrower than Device).
