@@ -62,9 +62,9 @@ MainWindow::~MainWindow() { model_.Invalidate = nullptr; }
 void MainWindow::BuildMenu() {
   QMenuBar* bar = menuBar();
   bar->setObjectName(QStringLiteral("MainMenu"));
-  const auto& spec = MainMenuSpec();
-  for (size_t pos = 0; pos < spec.size(); ++pos) {
-    const TopEntrySpec& entry = spec[pos];
+  const auto& table = MainMenuTable();
+  for (size_t pos = 0; pos < table.size(); ++pos) {
+    const TopEntryDef& entry = table[pos];
     QAction* top = nullptr;
     if (entry.Id != 0) {
       top = bar->addAction(QString::fromLatin1(entry.Text));
@@ -75,7 +75,7 @@ void MainWindow::BuildMenu() {
     } else {
       QMenu* menu = bar->addMenu(QString::fromLatin1(entry.Text));
       top = menu->menuAction();
-      for (const MenuItemSpec& item : entry.Items) {
+      for (const MenuItemDef& item : entry.Items) {
         QAction* action = menu->addAction(QString::fromLatin1(item.Text));
         action->setData(item.Id);
         actions_[item.Id] = action;

@@ -4,8 +4,8 @@
 
 namespace sedra {
 
-const std::vector<TopEntrySpec>& MainMenuSpec() {
-  static const std::vector<TopEntrySpec> kMenu = {
+const std::vector<TopEntryDef>& MainMenuTable() {
+  static const std::vector<TopEntryDef> kMenu = {
       {"&File",
        0,
        {{"Read &Radiograph Image", kCmdReadRadiograph},

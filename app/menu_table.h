@@ -6,17 +6,17 @@
 
 namespace sedra {
 
-struct MenuItemSpec {
+struct MenuItemDef {
   const char* Text;
   int Id;
 };
 
-struct TopEntrySpec {
+struct TopEntryDef {
   const char* Text;
   int Id;  // command id for an entry on the bar itself, 0 for a popup
-  std::vector<MenuItemSpec> Items;
+  std::vector<MenuItemDef> Items;
 };
 
-const std::vector<TopEntrySpec>& MainMenuSpec();
+const std::vector<TopEntryDef>& MainMenuTable();
 
 }  // namespace sedra
