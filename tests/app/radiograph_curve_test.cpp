@@ -1,0 +1,105 @@
+// After "Read &Radiograph Image" the first data column shows the strip-sum curve, the
+// coverage bar marks the loaded points and the information block is drawn; deleting
+// points (a negative mask) leaves a gap that restoring fills again.
+#include <QImage>
+#include <QPainter>
+#include <cstdlib>
+
+#include "app/plot_view.h"
+#include "app_fixture.h"
+#include "model/messages.h"
+#include "plot/paint_plot.h"
+
+namespace sedra {
+namespace {
+
+using test::AppTest;
+
+QImage Paint(Model& model, QSize size) {
+  QImage image(size, QImage::Format_RGB32);
+  image.setDotsPerMeterX(3780);
+  image.setDotsPerMeterY(3780);
+  QPainter painter(&image);
+  PaintTarget target;
+  target.Client = QRect(QPoint(0, 0), size);
+  target.Exposed = target.Client;
+  PaintPlot(model, painter, target);
+  return image;
+}
+
+// Rows of the plot (document y) that hold at least one pixel of `colour` between x0 and x1.
+std::vector<bool> RowsWith(const QImage& image, int x0, int x1, QRgb colour) {
+  std::vector<bool> rows(size_t(image.height()), false);
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = std::max(0, x0); x < std::min(x1, image.width()); ++x)
+      if (image.pixel(x, y) == colour) rows[size_t(y)] = true;
+  return rows;
+}
+
+TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
+  const std::string command = std::string("\"") + SEDRA_SAMPLE_TOOL + "\" \"" + (folder / "core").string() +
+                              "\" --length 500 --width 40 --raw-values 0 > /dev/null";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  MainWindow& w = Start();
+  prompt.ChooseFile((folder / "core" / "radiograph.tif").string());
+  w.OnCommand(kCmdReadRadiograph);
+  ASSERT_TRUE(prompt.Messages.empty()) << prompt.Messages[0].Text;
+
+  CoreSection& s = model->CurSection();
+  const PlotState& p = model->Plot();
+  const RadiographDesc& rad = model->CurRadiograph();
+  ASSERT_EQ(s.PointCount, 500);  // one point per radiograph row after a TIFF read
+  EXPECT_EQ(p.RadiographDataSet, kRadiographDataSet);
+  EXPECT_EQ(model->App.DataSetOfPlot[0], kRadiographDataSet);
+
+  const QImage before = Paint(*model, QSize(900, 700));
+  // The strip sums: row r summed over the columns strictly inside the data region.
+  // Each row's sum fills the points from the previous row's point up to its own, so
+  // point k carries row k + 1 and the last point none (the scanner software's mapping).
+  for (int k : {0, 123, 498}) {
+    float sum = 0;
+    for (int c = p.DataRegionLeft + 1; c < p.DataRegionRight; ++c)
+      sum += rad.Samples[size_t(k + 1) * 40 + size_t(c)];
+    EXPECT_FLOAT_EQ(s.Data[kRadiographDataSet - 1][k], sum) << k;
+  }
+  EXPECT_EQ(s.Data[kRadiographDataSet - 1][499], 0.0f);
+  EXPECT_GT(p.ColumnWidth, 0);
+  const QRgb curve = QColor(0, 0, 0).rgb();  // the default curve colour
+  const QRgb green = QColor(0, 255, 0).rgb();
+  const auto curveRows = RowsWith(before, p.ColumnLeft + 1, p.ColumnLeft + p.ColumnWidth, curve);
+  const auto barRows = RowsWith(before, p.ColumnLeft - 40, p.ColumnLeft, green);
+  auto rowOf = [&](int k) { return p.TopMargin + int(std::floor(s.Depth[k] * p.PlotHeight / p.DepthSpan)); };
+  int covered = 0;
+  for (int k = 0; k < 500; ++k) {
+    covered += barRows[size_t(rowOf(k))];
+  }
+  EXPECT_GT(covered, 450) << "the coverage bar marks the loaded points";
+  int drawn = 0;
+  for (int k = 10; k < 490; ++k) drawn += curveRows[size_t(rowOf(k))];
+  EXPECT_GT(drawn, 400) << "the data column shows the radiograph curve";
+  // The information block: a ruled line runs across the bottom of the page.
+  bool ruled = false;
+  for (int y = 600; y < 700; ++y)
+    ruled = ruled || (before.pixel(p.LeftMargin + 5, y) == curve && before.pixel(900 - p.RightMargin - 5, y) == curve);
+  EXPECT_TRUE(ruled);
+
+  // Delete points 200..299 as the delete tool does (the mask goes negative).
+  for (int k = 200; k < 300; ++k) s.Data[0][k] = -2.0f;
+  model->Plot().NeedLayout = 1;
+  const QImage deleted = Paint(*model, QSize(900, 700));
+  const auto gapRows = RowsWith(deleted, p.ColumnLeft + 1, p.ColumnLeft + p.ColumnWidth, curve);
+  const auto gapBar = RowsWith(deleted, p.ColumnLeft - 40, p.ColumnLeft, green);
+  for (int k = 205; k < 295; ++k) {
+    EXPECT_FALSE(gapRows[size_t(rowOf(k))]) << "no curve at a deleted point " << k;
+    EXPECT_FALSE(gapBar[size_t(rowOf(k))]) << "no coverage at a deleted point " << k;
+  }
+
+  // Restoring makes the mask 1.0 again and the curve comes back.
+  for (int k = 200; k < 300; ++k) s.Data[0][k] = 1.0f;
+  model->Plot().NeedLayout = 1;
+  const QImage restored = Paint(*model, QSize(900, 700));
+  EXPECT_EQ(restored, before);
+}
+
+}  // namespace
+}  // namespace sedra
