@@ -221,13 +221,5 @@ TEST(UpdateMenusAfterLoad, OpticalLoadKeepsARadiographsPointsAndLabelsTheWidth) 
   EXPECT_EQ(opticalOnly.CurSection().PointCount, kMaxPoints) << "never beyond the section's arrays";
 }
 
-TEST(CopyField, TruncatesAndTerminates) {
-  char field[8];
-  CopyField(field, "0123456789");
-  EXPECT_STREQ(field, "0123456");
-  CopyField(field, nullptr);
-  EXPECT_STREQ(field, "");
-}
-
 }  // namespace
 }  // namespace sedra

@@ -76,19 +76,5 @@ TEST(FormatScaleValue, DigitsFollowTheRange) {
   for (const Row& r : rows) EXPECT_EQ(FormatScaleValue(r.x, r.r), r.text) << r.x << " " << r.r;
 }
 
-TEST(TrimExponent, RemovesTheLeadingZeroOfThreeDigitExponents) {
-  EXPECT_EQ(TrimExponent("1.5e+006"), "1.5e+6");
-  EXPECT_EQ(TrimExponent("2.0e-010"), "2.0e-0");
-  EXPECT_EQ(TrimExponent("3.0e+123"), "3.0e+123");
-  EXPECT_EQ(TrimExponent("12"), "12");
-}
-
-TEST(LeadingInt, ReadsLikeADialogIntegerField) {
-  EXPECT_EQ(LeadingInt("  42 mm"), 42);
-  EXPECT_EQ(LeadingInt("-7"), -7);
-  EXPECT_EQ(LeadingInt("abc"), 0);
-  EXPECT_EQ(LeadingInt(""), 0);
-}
-
 }  // namespace
 }  // namespace sedra

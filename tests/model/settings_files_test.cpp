@@ -84,35 +84,26 @@ TEST_F(SettingsFilesTest, FirstRunWritesTheDefaultsByteForByte) {
   EXPECT_EQ(model.Settings().FormatMark, 608u);
 }
 
-TEST_F(SettingsFilesTest, ElementDefaultsOnlyWhenTheFileIsMissing) {
+TEST_F(SettingsFilesTest, OptionalFilesFallBackSilently) {
   Model first;
   test::ScriptedPrompt prompt;
   ASSERT_TRUE(FirstStart(first, prompt));
+  // A missing elements.def brings the element defaults; a missing or short
+  // miscdata.def turns the four display switches on.
   fs::remove(folder_ / "elements.def");
-  Model second;
-  ASSERT_TRUE(ReadSettings(second, folder_, &prompt));
-  for (const auto& entry : second.App.Elements.Entries) {
-    EXPECT_EQ(entry[0], 1);
-    for (int i = 1; i < 16; ++i) EXPECT_EQ(entry[i], 0);
-  }
-}
-
-TEST_F(SettingsFilesTest, MissingOrShortMiscdataTurnsTheFourSwitchesOn) {
-  Model first;
-  test::ScriptedPrompt prompt;
-  ASSERT_TRUE(FirstStart(first, prompt));
-  for (const bool remove : {true, false}) {
-    if (remove) {
+  for (const size_t miscBytes : {size_t(0), size_t(100)}) {
+    if (miscBytes == 0)
       fs::remove(folder_ / "miscdata.def");
-    } else {
-      WriteAll(folder_ / "miscdata.def", std::vector<uint8_t>(100, 0));
-    }
+    else
+      WriteAll(folder_ / "miscdata.def", std::vector<uint8_t>(miscBytes, 0));
     Model m;
     ASSERT_TRUE(ReadSettings(m, folder_, &prompt));
-    EXPECT_EQ(m.Work().ShowRadiograph, 1u);
-    EXPECT_EQ(m.Work().ShowOptical, 1u);
-    EXPECT_EQ(m.Work().ShowCoreName, 1u);
-    EXPECT_EQ(m.Work().ShowSectionName, 1u);
+    EXPECT_TRUE(prompt.Messages.empty());
+    for (const auto& entry : m.App.Elements.Entries) {
+      EXPECT_EQ(entry[0], 1);
+      EXPECT_EQ(entry[15], 0);
+    }
+    EXPECT_EQ(m.Work().ShowRadiograph + m.Work().ShowOptical + m.Work().ShowCoreName + m.Work().ShowSectionName, 4u);
   }
 }
 
