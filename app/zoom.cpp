@@ -45,7 +45,7 @@ ZoomScroll ZoomScrollFor(int oldFactor, int newFactor, int viewTop, int h) {
   const int old = oldFactor == 0 ? 1 : oldFactor;
   z.ShowBar = true;
   z.RangeMax = (newFactor - 1) * h;
-  const int64_t pos = int64_t(newFactor) * (viewTop - int64_t(h) * old / (2 * newFactor)) / old;
+  const int64_t pos = int64_t(newFactor) * (viewTop - int64_t(h) * old / (int64_t(2) * newFactor)) / old;
   z.Position = pos < 0 ? 0 : int(pos);
   z.ViewTop = int(int64_t(newFactor) * viewTop / old);
   return z;

@@ -295,7 +295,7 @@ void ComputeCurves(Model& model) {
           // 96% scaling, which turns it into 0: it is drawn at the column's edge, not
           // left out.  Kept; only a deleted point itself leaves a gap.
           for (int i = 0; i < step; ++i)
-            if (n + i >= total || !flags[size_t(n + i)]) o = -1;
+            if (n + i >= total || !flags[size_t(n) + size_t(i)]) o = -1;
           o = o * 24 / 25;
         }
         work.Offsets[size_t(slot) * kMaxCurves + size_t(c)] = int16_t(std::clamp(o, -1, 32767));

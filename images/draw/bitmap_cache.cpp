@@ -77,7 +77,7 @@ const QImage& ScreenBitmap::Reduced(int level) {
   for (int y = 0; y < h; ++y) {
     const auto* in = reinterpret_cast<const uint32_t*>(from.constScanLine(2 * y));
     auto* o = reinterpret_cast<uint32_t*>(made.scanLine(y));
-    for (int x = 0; x < w; ++x) o[x] = in[2 * x];
+    for (int x = 0; x < w; ++x) o[x] = in[ptrdiff_t(x) * 2];
   }
   out = std::move(made);
   return out;
