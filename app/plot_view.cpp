@@ -5,6 +5,7 @@
 
 #include "app/main_window.h"
 #include "model/model.h"
+#include "plot/paint_context.h"
 #include "plot/paint_plot.h"
 
 namespace sedra {
@@ -23,6 +24,9 @@ void PlotView::paintEvent(QPaintEvent* event) {
     buffer_ = QImage(size, QImage::Format_RGB32);
     buffer_.setDotsPerMeterX(qRound(logicalDpiX() / 0.0254));
     buffer_.setDotsPerMeterY(qRound(logicalDpiY() / 0.0254));
+    // While the frame is being dragged the plot is not painted; show the background
+    // rather than whatever the new buffer held.
+    buffer_.fill(FromColorRef(model_.Settings().Colours[kBackgroundColour]));
   }
   if (!buffer_.isNull()) {
     QPainter bufferPainter(&buffer_);
