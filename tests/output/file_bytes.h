@@ -1,6 +1,8 @@
 #pragma once
 // Reading back what a writer put in a file, field by field (little-endian).
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -27,6 +29,15 @@ inline uint32_t U16(const std::vector<uint8_t>& b, size_t at) {
 }
 inline uint32_t U32(const std::vector<uint8_t>& b, size_t at) {
   return at + 4 <= b.size() ? U16(b, at) | U16(b, at + 2) << 16 : 0xDEADBEEFu;
+}
+
+// Fields of a header: {offset, size in bytes (2 or 4), expected value}.
+struct Field {
+  size_t At, Size;
+  uint32_t Value;
+};
+inline void ExpectFields(const std::vector<uint8_t>& b, std::initializer_list<Field> fields) {
+  for (const Field& f : fields) EXPECT_EQ(f.Size == 2 ? U16(b, f.At) : U32(b, f.At), f.Value) << "field at " << f.At;
 }
 
 // A fresh, empty folder under the system's temporary folder, removed at the end.

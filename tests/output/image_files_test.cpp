@@ -2,17 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "model/messages.h"
-#include "output/image_files.h"
 #include "output/file_bytes.h"
+#include "output/image_files.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
 
-using test::ReadBytes;
 using test::U16;
 using test::U32;
 
@@ -23,17 +23,20 @@ class FakeDisplay : public BitmapSource {
   bool DescribeWorks = true, RowsWork = true;
   std::vector<uint8_t> Extra;  // what the display puts after the header
 
+  FakeDisplay(int32_t width, int32_t height, uint16_t bits = 24) {
+    Format.Width = width;
+    Format.Height = height;
+    Format.BitCount = bits;
+  }
   bool Describe(BitmapInfoHeader& header) override {
-    if (!DescribeWorks) return false;
     header = Format;
-    return true;
+    return DescribeWorks;
   }
   bool ReadRows(const BitmapInfoHeader& header, uint8_t* extra, size_t extraSize, uint8_t* rows) override {
-    if (!RowsWork) return false;
     EXPECT_EQ(extraSize, Extra.size());
     if (extraSize) std::memcpy(extra, Extra.data(), extraSize);
     for (uint32_t i = 0; i < header.SizeImage; ++i) rows[i] = uint8_t(i * 7 + 1);
-    return true;
+    return RowsWork;
   }
 };
 
@@ -43,122 +46,87 @@ struct WrittenFile {
   std::FILE* File = std::fopen(Path.string().c_str(), "wb");
   std::vector<uint8_t> Close() {
     std::fclose(File);
-    return ReadBytes(Path);
+    return test::ReadBytes(Path);
   }
 };
 
+std::string CString(const std::vector<uint8_t>& b, size_t at) { return reinterpret_cast<const char*>(&b[at]); }
+
 TEST(HeaderSize, FollowsTheBitsPerPixel) {
-  const struct {
-    int Bits;
-    uint32_t Size;
-  } rows[] = {{24, 40}, {16, 52}, {32, 52}, {8, 40 + 4 * 256}, {4, 40 + 4 * 16}, {1, 48}};
-  for (const auto& r : rows) EXPECT_EQ(BmpHeaderSize(r.Bits), r.Size) << r.Bits << " bits";
+  for (auto [bits, size] : {std::pair{24, 40u}, {16, 52u}, {32, 52u}, {8, 40u + 4 * 256}, {4, 40u + 4 * 16}, {1, 48u}})
+    EXPECT_EQ(BmpHeaderSize(bits), size) << bits << " bits";
 }
 
 TEST(WriteBmp, TwentyFourBitFileHasTheOversizedLengthField) {
   WrittenFile out;
-  FakeDisplay display;
-  display.Format.Width = 3;  // 9 bytes a row, padded to 12
-  display.Format.Height = 2;
-  display.Format.BitCount = 24;
+  FakeDisplay display(3, 2);  // 9 bytes a row, padded to 12
   test::ScriptedPrompt prompt;
   ASSERT_TRUE(WriteBmp(prompt, out.File, display));
   const auto b = out.Close();
-
   ASSERT_EQ(b.size(), 14u + 40u + 24u);
-  EXPECT_EQ(b[0], 'B');
-  EXPECT_EQ(b[1], 'M');
-  EXPECT_EQ(U32(b, 2), 24u + 40u + 54u);  // 40 more than the file really has
-  EXPECT_EQ(U32(b, 6), 0u);
-  EXPECT_EQ(U32(b, 10), 54u);
-  EXPECT_EQ(U32(b, 14), 40u);  // information header
-  EXPECT_EQ(U32(b, 18), 3u);
-  EXPECT_EQ(U32(b, 22), 2u);
-  EXPECT_EQ(U16(b, 26), 1u);
-  EXPECT_EQ(U16(b, 28), 24u);
-  EXPECT_EQ(U32(b, 30), 0u);
-  EXPECT_EQ(U32(b, 34), 24u);  // image size worked out from the padded rows
+  // "BM", a length 40 more than the file really has, the 40-byte information header,
+  // and the image size worked out from the padded rows.
+  test::ExpectFields(b, {{0, 2, 0x4D42}, {2, 4, 24 + 40 + 54}, {6, 4, 0}, {10, 4, 54}, {14, 4, 40}, {18, 4, 3},
+                         {22, 4, 2}, {26, 2, 1}, {28, 2, 24}, {30, 4, 0}, {34, 4, 24}});
   for (size_t i = 0; i < 24; ++i) EXPECT_EQ(b[54 + i], uint8_t(i * 7 + 1)) << i;
   EXPECT_TRUE(prompt.Messages.empty());
 }
 
 TEST(WriteBmp, ThirtyTwoBitFileCarriesItsMasksAfterTheHeader) {
   WrittenFile out;
-  FakeDisplay display;
-  display.Format.Width = 2;
-  display.Format.Height = 1;
-  display.Format.BitCount = 32;
+  FakeDisplay display(2, 1, 32);
   display.Format.Compression = 3;
   display.Extra = {0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0};
   test::ScriptedPrompt prompt;
   ASSERT_TRUE(WriteBmp(prompt, out.File, display));
   const auto b = out.Close();
-
   ASSERT_EQ(b.size(), 14u + 52u + 8u);
-  EXPECT_EQ(U32(b, 2), 8u + 52u + 54u);
-  EXPECT_EQ(U32(b, 10), 66u);
-  EXPECT_EQ(U32(b, 14), 40u);  // the header itself stays 40 bytes; the masks follow
-  EXPECT_EQ(U32(b, 30), 3u);
-  EXPECT_EQ(U32(b, 54), 0x00FF0000u);
-  EXPECT_EQ(U32(b, 58), 0x0000FF00u);
-  EXPECT_EQ(U32(b, 62), 0x000000FFu);
+  // The header itself stays 40 bytes; the masks follow it.
+  test::ExpectFields(b, {{2, 4, 8 + 52 + 54}, {10, 4, 66}, {14, 4, 40}, {30, 4, 3}, {54, 4, 0x00FF0000},
+                         {58, 4, 0x0000FF00}, {62, 4, 0x000000FF}});
   EXPECT_EQ(b[66], 1);
 }
 
 TEST(WriteBmp, FailuresOfTheDisplayAreReportedWithTheirOwnMessages) {
-  {
+  // A display that cannot describe itself leaves the file empty; one whose rows
+  // cannot be read leaves the file header, already written.
+  const struct {
+    bool Describes;
+    const char* Message;
+    size_t FileSize;
+  } rows[] = {{false, msg::kGetDIBits1Failed, 0}, {true, msg::kGetDIBitsFailed, 14}};
+  for (const auto& r : rows) {
     WrittenFile out;
-    FakeDisplay display;
-    display.DescribeWorks = false;
-    test::ScriptedPrompt prompt;
-    EXPECT_FALSE(WriteBmp(prompt, out.File, display));
-    EXPECT_TRUE(out.Close().empty());
-    ASSERT_EQ(prompt.Messages.size(), 1u);
-    EXPECT_EQ(prompt.Messages[0].Text, msg::kGetDIBits1Failed);
-    EXPECT_EQ(prompt.Messages[0].Caption, "");
-    EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::Ok);
-  }
-  {
-    WrittenFile out;
-    FakeDisplay display;
-    display.Format.Width = 4;
-    display.Format.Height = 4;
+    FakeDisplay display(4, 4);
+    display.DescribeWorks = r.Describes;
     display.RowsWork = false;
     test::ScriptedPrompt prompt;
     EXPECT_FALSE(WriteBmp(prompt, out.File, display));
-    // The file header was already out when the rows could not be read.
-    EXPECT_EQ(out.Close().size(), 14u);
-    EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kGetDIBitsFailed});
+    EXPECT_EQ(out.Close().size(), r.FileSize);
+    ASSERT_EQ(prompt.Messages.size(), 1u);
+    EXPECT_EQ(prompt.Messages[0].Text, r.Message);
+    EXPECT_EQ(prompt.Messages[0].Caption, "");
+    EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::Ok);
   }
-}
-
-// Pixel rows as the save command hands them over: bytes numbered so that any shift
-// or reordering shows.
-std::vector<uint8_t> NumberedRows(int32_t w, int32_t h) {
-  std::vector<uint8_t> px(size_t(w + 1) * size_t(h) * 3);
-  for (size_t i = 0; i < px.size(); ++i) px[i] = uint8_t(i % 251);
-  return px;
 }
 
 TEST(WriteTiff, ThousandBySevenHundredPlotHasTheKnownLayout) {
   const int32_t w = 1000, h = 700;
   EXPECT_EQ(TiffDirectoryOffset(w, h), 2100008u);
   EXPECT_EQ(TiffFileSize(w, h), 2100346u);
-
+  // Pixel rows numbered so that any shift or reordering shows.
+  std::vector<uint8_t> px(size_t(w + 1) * size_t(h) * 3);
+  for (size_t i = 0; i < px.size(); ++i) px[i] = uint8_t(i % 251);
   WrittenFile out;
-  const auto px = NumberedRows(w, h);
   ASSERT_TRUE(WriteTiff(out.File, w, h, px.data(), "plot"));
   const auto b = out.Close();
   ASSERT_EQ(b.size(), 2100346u);
-
-  EXPECT_EQ(b[0], 'I');
-  EXPECT_EQ(b[1], 'I');
+  EXPECT_EQ(U16(b, 0), 0x4949u);  // "II"
   EXPECT_EQ(U16(b, 2), 42u);
   const uint32_t p = U32(b, 4);
   ASSERT_EQ(p, 2100008u);
   EXPECT_TRUE(std::equal(px.begin(), px.begin() + 2100000, b.begin() + 8));
   EXPECT_EQ(U16(b, p), 16u);
-
   const struct {
     uint32_t Tag, Type, Count, Value;
   } entries[] = {
@@ -169,49 +137,45 @@ TEST(WriteTiff, ThousandBySevenHundredPlotHasTheKnownLayout) {
   };
   for (size_t i = 0; i < 16; ++i) {
     const size_t at = p + 2 + i * 12;
-    EXPECT_EQ(U16(b, at), entries[i].Tag) << "entry " << i + 1;
-    EXPECT_EQ(U16(b, at + 2), entries[i].Type) << "entry " << i + 1;
-    EXPECT_EQ(U32(b, at + 4), entries[i].Count) << "entry " << i + 1;
-    EXPECT_EQ(U32(b, at + 8), entries[i].Value) << "entry " << i + 1;
+    SCOPED_TRACE(i + 1);
+    EXPECT_EQ(U16(b, at), entries[i].Tag);
+    EXPECT_EQ(U16(b, at + 2), entries[i].Type);
+    EXPECT_EQ(U32(b, at + 4), entries[i].Count);
+    EXPECT_EQ(U32(b, at + 8), entries[i].Value);
   }
-  // The document name right after the entries (no next-directory offset between).
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&b[p + 194])), "plot");
-  EXPECT_TRUE(std::all_of(b.begin() + p + 194 + 4, b.begin() + p + 258, [](uint8_t c) { return c == 0; }));
-  EXPECT_TRUE(std::all_of(b.begin() + p + 258, b.begin() + p + 322, [](uint8_t c) { return c == 0; }));
-  EXPECT_EQ(U32(b, p + 322), 0x80000000u);
-  EXPECT_EQ(U32(b, p + 326), 100000u);
-  EXPECT_EQ(U32(b, p + 330), 0x80000000u);
-  EXPECT_EQ(U32(b, p + 334), 100000u);
+  // The document name right after the entries (no next-directory offset between),
+  // then the empty software field and the two resolutions.
+  EXPECT_EQ(CString(b, p + 194), "plot");
+  EXPECT_TRUE(std::all_of(b.begin() + p + 194 + 4, b.begin() + p + 322, [](uint8_t c) { return c == 0; }));
+  for (size_t at : {p + 322, p + 330}) {
+    EXPECT_EQ(U32(b, at), 0x80000000u);
+    EXPECT_EQ(U32(b, at + 4), 100000u);
+  }
 }
 
 TEST(WriteTiff, WritesTheFirstBytesOfThePaddedRowsAndPadsTheDirectoryOffset) {
   // 3 x 2: rows of 9 bytes padded to 12, so D = 18 takes the whole first row with its
   // padding and only half of the second; P = 26 rounded up to 28.
-  const int32_t w = 3, h = 2;
   std::vector<uint8_t> px(24);
   for (size_t i = 0; i < px.size(); ++i) px[i] = uint8_t(0xA0 + i);
   WrittenFile out;
-  ASSERT_TRUE(WriteTiff(out.File, w, h, px.data(), "core-7 section 2"));
+  ASSERT_TRUE(WriteTiff(out.File, 3, 2, px.data(), "core-7 section 2"));
   const auto b = out.Close();
   ASSERT_EQ(b.size(), 28u + 338u);
   EXPECT_EQ(U32(b, 4), 28u);
-  for (size_t i = 0; i < 18; ++i) EXPECT_EQ(b[8 + i], px[i]) << i;
-  EXPECT_EQ(b[26], 0);
-  EXPECT_EQ(b[27], 0);
+  EXPECT_TRUE(std::equal(px.begin(), px.begin() + 18, b.begin() + 8));
+  EXPECT_EQ(U16(b, 26), 0u);
   EXPECT_EQ(U32(b, 28 + 2 + 11 * 12 + 8), 18u);  // StripByteCounts
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&b[28 + 194])), "core-7 section 2");
+  EXPECT_EQ(CString(b, 28 + 194), "core-7 section 2");
 }
 
 TEST(WriteTiff, LongDocumentNameIsCutToTheField) {
-  const std::string name(80, 'x');
   std::vector<uint8_t> px(8, 0);
   WrittenFile out;
-  ASSERT_TRUE(WriteTiff(out.File, 1, 1, px.data(), name.c_str()));
+  ASSERT_TRUE(WriteTiff(out.File, 1, 1, px.data(), std::string(80, 'x').c_str()));
   const auto b = out.Close();
-  const size_t at = 12 + 194;
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&b[at])), std::string(63, 'x'));
-  EXPECT_EQ(b[at + 63], 0);
-  EXPECT_EQ(U32(b, at + 64 + 64), 0x80000000u);  // the field did not spill into the next
+  EXPECT_EQ(CString(b, 12 + 194), std::string(63, 'x'));
+  EXPECT_EQ(U32(b, 12 + 194 + 128), 0x80000000u);  // the field did not spill into the next
 }
 
 TEST(PackBottomUp24, TurnsTopDownArgbIntoPaddedBottomUpBgr) {

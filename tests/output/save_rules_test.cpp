@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/settings_blocks.h"
@@ -29,20 +31,14 @@ TEST(WithImageExtension, AppendsOnlyWhenTheNameHasNoDot) {
   for (const auto& r : rows) EXPECT_EQ(WithImageExtension(r.Chosen, r.Filter), r.Written) << r.Chosen;
 }
 
-TEST(OverwriteQuestion, NamesTheFileWithoutItsFolder) {
-  EXPECT_EQ(OverwriteQuestion("/home/lab/cores/plot.tif"), "Overwrite file plot.tif ?");
-}
-
 TEST(SaveImageRequest, OffersBitmapThenTiffStartingFromTheSectionFile) {
   auto model = std::make_unique<Model>();
   CopyField(model->CurSection().FileName, "KR-03 sect 4");
   const FileRequest r = SaveImageRequest(*model, "/work/lab");
   EXPECT_EQ(r.Title, "Save Current Display as Image file");
   ASSERT_EQ(r.Filters.size(), 2u);
-  EXPECT_EQ(r.Filters[0].Name, "Bitmap (*.bmp)");
-  EXPECT_EQ(r.Filters[0].Pattern, "*.bmp");
-  EXPECT_EQ(r.Filters[1].Name, "Tiff (*.tif)");
-  EXPECT_EQ(r.Filters[1].Pattern, "*.tif");
+  EXPECT_EQ(std::tie(r.Filters[0].Name, r.Filters[0].Pattern), std::tuple("Bitmap (*.bmp)", "*.bmp"));
+  EXPECT_EQ(std::tie(r.Filters[1].Name, r.Filters[1].Pattern), std::tuple("Tiff (*.tif)", "*.tif"));
   EXPECT_EQ(r.FilterIndex, 1);
   EXPECT_EQ(r.InitialName, "KR-03 sect 4");
   EXPECT_EQ(r.InitialDir, "/work/lab");
@@ -53,13 +49,6 @@ class ChooseImageFileTest : public ::testing::Test {
   test::TempFolder folder{"choose"};
   test::ScriptedPrompt prompt;
   FileRequest request{"Save Current Display as Image file", {}, 1, "", ""};
-
-  std::string Existing(const std::string& name) {
-    const auto p = folder / name;
-    std::FILE* f = std::fopen(p.string().c_str(), "wb");
-    std::fclose(f);
-    return p.string();
-  }
 };
 
 TEST_F(ChooseImageFileTest, NewNameIsTakenWithItsExtensionWithoutAQuestion) {
@@ -72,36 +61,33 @@ TEST_F(ChooseImageFileTest, NewNameIsTakenWithItsExtensionWithoutAQuestion) {
   EXPECT_EQ(prompt.SaveRequests.size(), 1u);
 }
 
-TEST_F(ChooseImageFileTest, NoToTheOverwriteQuestionBringsTheDialogBack) {
-  const std::string existing = Existing("plot.bmp");
-  prompt.ChooseFile((folder / "plot").string(), kBmpFilter);  // becomes plot.bmp, exists
+TEST_F(ChooseImageFileTest, ExistingFileAsksYesKeepsItNoBringsTheDialogBack) {
+  const std::string existing = (folder / "plot.bmp").string();
+  std::fclose(std::fopen(existing.c_str(), "wb"));
+  // "plot" becomes plot.bmp, which exists: No, then another name.
+  prompt.ChooseFile((folder / "plot").string(), kBmpFilter);
   prompt.Answers.push_back(Answer::No);
   prompt.ChooseFile((folder / "other").string(), kBmpFilter);
-  const FileChoice c = ChooseImageFile(prompt, request);
+  FileChoice c = ChooseImageFile(prompt, request);
   EXPECT_TRUE(c.Accepted);
   EXPECT_EQ(c.Path, (folder / "other.bmp").string());
   ASSERT_EQ(prompt.Messages.size(), 1u);
-  EXPECT_EQ(prompt.Messages[0].Text, "Overwrite file plot.bmp ?");
+  EXPECT_EQ(prompt.Messages[0].Text, "Overwrite file plot.bmp ?");  // without its folder
   EXPECT_EQ(prompt.Messages[0].Caption, msg::kFileExistsCaption);
   EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::YesNo);
-  EXPECT_EQ(prompt.SaveRequests.size(), 2u);
+  ASSERT_EQ(prompt.SaveRequests.size(), 2u);
   EXPECT_EQ(prompt.SaveRequests[1].Title, request.Title);
-}
-
-TEST_F(ChooseImageFileTest, YesKeepsTheExistingNameAndCancelGivesUp) {
-  const std::string existing = Existing("plot.tif");
-  prompt.ChooseFile(existing, kTiffFilter);
+  // Yes keeps the existing name.
+  prompt.ChooseFile(existing, kBmpFilter);
   prompt.Answers.push_back(Answer::Yes);
-  FileChoice c = ChooseImageFile(prompt, request);
+  c = ChooseImageFile(prompt, request);
   EXPECT_TRUE(c.Accepted);
   EXPECT_EQ(c.Path, existing);
-
   // No, then the dialog is cancelled: nothing chosen.
-  prompt.ChooseFile(existing, kTiffFilter);
+  prompt.ChooseFile(existing, kBmpFilter);
   prompt.Answers.push_back(Answer::No);
-  c = ChooseImageFile(prompt, request);
-  EXPECT_FALSE(c.Accepted);
-  EXPECT_EQ(prompt.SaveRequests.size(), 3u);
+  EXPECT_FALSE(ChooseImageFile(prompt, request).Accepted);
+  EXPECT_EQ(prompt.SaveRequests.size(), 5u);
 }
 
 TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolution) {
@@ -126,10 +112,8 @@ TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolutio
     s.MarginTop = r.Top;
     s.MarginBottom = r.Bottom;
     const IntRect p = PrintPageRect(s, r.DpiX, r.DpiY, r.Width, r.Height);
-    EXPECT_EQ(p.Left, r.Page.Left) << r.DpiX << "x" << r.DpiY;
-    EXPECT_EQ(p.Top, r.Page.Top) << r.DpiX << "x" << r.DpiY;
-    EXPECT_EQ(p.Right, r.Page.Right) << r.DpiX << "x" << r.DpiY;
-    EXPECT_EQ(p.Bottom, r.Page.Bottom) << r.DpiX << "x" << r.DpiY;
+    EXPECT_EQ(std::tie(p.Left, p.Top, p.Right, p.Bottom), std::tie(r.Page.Left, r.Page.Top, r.Page.Right, r.Page.Bottom))
+        << r.DpiX << "x" << r.DpiY;
   }
   EXPECT_EQ(MarginPixels(10, 600), 240);
 }

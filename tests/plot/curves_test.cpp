@@ -3,42 +3,37 @@
 
 #include <gtest/gtest.h>
 
-#include <QImage>
-#include <QPainter>
-#include <QString>
 #include <cmath>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <tuple>
 #include <vector>
 
-#include "model/model.h"
 #include "plot/curves.h"
-#include "plot/paint_context.h"
+#include "plot_fixture.h"
 
 static void PrintTo(const QColor& c, std::ostream* os) { *os << c.name().toStdString(); }
 
-namespace sedra {
+namespace sedra::test {
 namespace {
 
-const QColor kWhite(255, 255, 255);
-const QColor kRed(255, 0, 0);
-const QColor kGreen(0, 255, 0);
-const QColor kAxis(0, 0, 255);
-const QColor kText(0, 128, 0);
+const QColor kWhite(255, 255, 255), kRed(255, 0, 0), kGreen(0, 255, 0), kAxis(0, 0, 255), kText(0, 128, 0);
 constexpr int kSet = 3;  // the fixture's curve shows data set 3 (Data[2])
+constexpr int kAny = -100;
 
 class CurvesTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    model_ = std::make_unique<Model>();
     PlotState& plot = model_->Plot();
     plot.SectionCount = 1;
     plot.DataSetCount = 1;
     plot.ColumnWidth = 100;
     plot.RadiographDataSet = kRadiographDataSet;
     CopyField(plot.DataSetNames[kSet - 1], "Fe");
+    CopyField(plot.DataSetNames[3], "Ti");
     model_->App.DataSetOfPlot[0] = kSet;
+    model_->App.RatioSetOfPlot[0] = 4;
     model_->App.CurveColour[0] = 0x000000FF;
     model_->Settings().Colours[kAxisColour] = 0x00FF0000;
     model_->Settings().Colours[kTextColour] = 0x00008000;
@@ -59,37 +54,37 @@ class CurvesTest : public ::testing::Test {
     plot.SectionLength[s] = float(values.size());
     plot.DepthSpan = float(values.size());
   }
-
-  int Offset(int slot, int curve = 0) { return model_->Curves().Offsets[size_t(slot) * kMaxCurves + size_t(curve)]; }
-
+  // Fills section 0, computes, and checks the pixel offset of every point (kAny: not checked).
+  void ExpectOffsets(const std::vector<double>& values, const std::vector<int>& offsets, int deleted = -1) {
+    Fill(0, values);
+    if (deleted >= 0) model_->Section(0).Data[0][deleted] = -1;
+    ComputeCurves(*model_);
+    for (size_t k = 0; k < offsets.size(); ++k) {
+      if (offsets[k] != kAny) {
+        EXPECT_EQ(Offset(int(k)), offsets[k]) << "point " << k;
+      }
+    }
+  }
+  int Offset(int slot) { return model_->Curves().Offsets[size_t(slot) * kMaxCurves]; }
+  double Value(int k) { return model_->Curves().Value(0, k); }
   QImage Paint(const std::function<void(PaintContext&)>& draw, int width = 400, int height = 300) {
-    QImage image(width, height, QImage::Format_RGB32);
-    image.setDotsPerMeterX(3780);
-    image.setDotsPerMeterY(3780);
-    image.fill(kWhite);
-    QPainter painter(&image);
-    PaintContext ctx(painter, *model_, 0, image.rect());
-    draw(ctx);
-    painter.end();
-    return image;
+    return PaintWith(*model_, draw, width, height);
   }
 
-  std::unique_ptr<Model> model_;
+  std::unique_ptr<Model> model_ = std::make_unique<Model>();
 };
 
 // ---------------------------------------------------------------- computation
 
-struct RangeRow {
-  const char* name;
-  std::vector<double> values;
-  int smoothPoints, filterType;
-  double offset, yMax;
-  std::vector<int> offsets;  // expected offset of every point (kAny: not checked)
-};
-constexpr int kAny = -100;
-
 TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
-  const RangeRow rows[] = {
+  const struct {
+    const char* name;
+    std::vector<double> values;
+    int smoothPoints, filterType;
+    double offset, yMax;
+    std::vector<int> offsets;
+    int deleted = -1;
+  } rows[] = {
       // Range 2..10 over 100 px: 12.5 px per unit, then 24/25 of it.
       {"plain range", {2, 4, 6, 10, 8}, 0, 0, 2, 10, {0, 24, 48, 96, 72}},
       // Window of 3: each mean already holds the previous smoothed value:
@@ -100,21 +95,17 @@ TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
       {"window of 5 keeps the ends out of the range", {100, 100, 1, 2, 3, 100, 100}, 5, 1, 1, 3,
        {96, 96, 0, 48, 96, 96, 96}},
       {"all zero shows nothing", {0, 0, 0, 0}, 0, 0, 0, 0, {0, 0, 0, 0}},
+      {"deleted point is a gap and outside the range", {1, 2, 50, 3, 5}, 0, 0, 1, 5, {kAny, kAny, -1, kAny, 96}, 2},
   };
-  for (const RangeRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    Fill(0, row.values);
     model_->App.SmoothPoints[0] = row.smoothPoints;
     model_->App.FilterType[0] = row.filterType;
     model_->Plot().NeedLayout = 1;
-    ComputeCurves(*model_);
+    ExpectOffsets(row.values, row.offsets, row.deleted);
     EXPECT_EQ(model_->Plot().NeedLayout, 0u);
     EXPECT_NEAR(model_->Plot().ColumnOffset[0], row.offset, 1e-9);
     EXPECT_NEAR(model_->Plot().ColumnYMax[0], row.yMax, 1e-9);
-    for (size_t k = 0; k < row.offsets.size(); ++k) {
-      if (row.offsets[k] == kAny) continue;
-      EXPECT_EQ(Offset(int(k)), row.offsets[k]) << "point " << k;
-    }
   }
 }
 
@@ -122,22 +113,19 @@ TEST_F(CurvesTest, SmoothingLeavesSectionEndsUnchanged) {
   Fill(0, {10, 20, 30, 40, 50, 60, 70, 80});
   model_->App.SmoothPoints[0] = 5;
   ComputeCurves(*model_);
-  CurveWork& work = model_->Curves();
-  for (int k : {0, 1, 6, 7}) EXPECT_EQ(work.Value(0, k), 10.0 * (k + 1)) << k;
-  EXPECT_DOUBLE_EQ(work.Value(0, 2), 30.0);  // (10+20+30+40+50)/5
+  for (int k : {0, 1, 6, 7}) EXPECT_EQ(Value(k), 10.0 * (k + 1)) << k;
+  EXPECT_DOUBLE_EQ(Value(2), 30.0);  // (10+20+30+40+50)/5
 }
 
-struct ValueRow {
-  const char* name;
-  double numerator, denominator;
-  int ratioOn, filterType, countTime;
-  uint32_t countsPerSecond;
-  const char* setName;
-  double expected;
-};
-
 TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
-  const ValueRow rows[] = {
+  const struct {
+    const char* name;
+    double numerator, denominator;
+    int ratioOn, filterType, countTime;
+    uint32_t countsPerSecond;
+    const char* setName;
+    double expected;
+  } rows[] = {
       {"plain counts", 40, 0, 0, 0, 4, 0, "Fe", 40},
       {"counts per second of an element", 40, 0, 0, 0, 4, 1, "Fe", 10},
       {"count time 0 means 10 s", 40, 0, 0, 0, 0, 1, "Fe", 4},
@@ -149,19 +137,17 @@ TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
       {"log ratio", 40 * std::exp(2.0), 40, 1, -1, 4, 1, "Fe", 2},
       {"log of a negative quotient keeps the numerator", -40, 8, 1, -1, 4, 1, "Fe", -40},
   };
-  for (const ValueRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Fill(0, {row.numerator, 1});
-    CoreSection& section = model_->Section(0);
-    section.Data[3][0] = float(row.denominator);  // data set 4
-    section.CountTime = row.countTime;
+    model_->Section(0).Data[3][0] = float(row.denominator);  // data set 4
+    model_->Section(0).CountTime = row.countTime;
     CopyField(model_->Plot().DataSetNames[kSet - 1], row.setName);
     model_->App.RatioOn[0] = row.ratioOn;
-    model_->App.RatioSetOfPlot[0] = 4;
     model_->App.FilterType[0] = row.filterType;
     model_->App.CountsPerSecond = row.countsPerSecond;
     ComputeCurves(*model_);
-    EXPECT_NEAR(model_->Curves().Value(0, 0), row.expected, 1e-4 * std::fabs(row.expected) + 1e-6);
+    EXPECT_NEAR(Value(0), row.expected, 1e-4 * std::fabs(row.expected) + 1e-6);
   }
 }
 
@@ -170,41 +156,31 @@ TEST_F(CurvesTest, CorrectionFactorsAndNormalisation) {
   CoreSection& section = model_->Section(0);
   section.CorrectionFactor = 2;
   ComputeCurves(*model_);
-  EXPECT_DOUBLE_EQ(model_->Curves().Value(0, 0), 24);
+  EXPECT_DOUBLE_EQ(Value(0), 24);
   section.CurveCorrection[0] = 3;  // the curve's own factor replaces the section's
   ComputeCurves(*model_);
-  EXPECT_DOUBLE_EQ(model_->Curves().Value(0, 0), 36);
+  EXPECT_DOUBLE_EQ(Value(0), 36);
   section.Data[9][0] = 4;  // "Inc" in data set 10
   model_->Plot().IncSet = 10;
   model_->App.NormaliseBy[0] = 1;
   ComputeCurves(*model_);
-  EXPECT_DOUBLE_EQ(model_->Curves().Value(0, 0), 9);
-}
-
-TEST_F(CurvesTest, DeletedPointIsAGapAndOutsideTheRange) {
-  Fill(0, {1, 2, 50, 3, 5});
-  model_->Section(0).Data[0][2] = -1;
-  ComputeCurves(*model_);
-  EXPECT_EQ(model_->Plot().ColumnYMax[0], 5);
-  EXPECT_EQ(Offset(2), -1);
-  EXPECT_EQ(Offset(4), 96);
+  EXPECT_DOUBLE_EQ(Value(0), 9);
 }
 
 TEST_F(CurvesTest, FixedScalePinsValuesAboveTheMaximum) {
-  Fill(0, {20, 5, -3});
   PlotState& plot = model_->Plot();
   plot.ColumnFixedScale[0] = 1;
   plot.ColumnYMax[0] = 10;
   plot.ColumnOffset[0] = 0;
-  ComputeCurves(*model_);
+  ExpectOffsets({20, 5, -3}, {96, 48, 0});  // 48 = floor(10 px x 5) x 24/25
   EXPECT_EQ(plot.ColumnYMax[0], 10);
-  EXPECT_EQ(Offset(0), 96);
-  EXPECT_EQ(Offset(1), 48);  // floor(10 px x 5) x 24/25
-  EXPECT_EQ(Offset(2), 0);
 }
 
 TEST_F(CurvesTest, DisplayAllIsThinnedToAboutAThousandPoints) {
-  // Two sections of 600 points: every second point is drawn.
+  // One section alone is never thinned; two sections of 600 points draw every second.
+  Fill(0, std::vector<double>(1500, 1.0));
+  ComputeCurves(*model_);
+  EXPECT_EQ(model_->Plot().PointStep, 0);
   Fill(0, std::vector<double>(600, 1.0));
   Fill(1, std::vector<double>(600, 3.0));
   PlotState& plot = model_->Plot();
@@ -221,12 +197,6 @@ TEST_F(CurvesTest, DisplayAllIsThinnedToAboutAThousandPoints) {
   EXPECT_EQ(Offset(599), 96);  // section 1, point 598
 }
 
-TEST_F(CurvesTest, SingleSectionIsNotThinned) {
-  Fill(0, std::vector<double>(1500, 1.0));
-  ComputeCurves(*model_);
-  EXPECT_EQ(model_->Plot().PointStep, 0);
-}
-
 TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
   Fill(0, {1, std::numeric_limits<double>::quiet_NaN(), 3});
   AppState& app = model_->App;
@@ -235,9 +205,7 @@ TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
     SCOPED_TRACE(set);
     app.DataSetOfPlot[0] = set;
     app.RatioOn[0] = 0;
-    plot.NeedLayout = 1;
     ComputeCurves(*model_);
-    EXPECT_EQ(plot.NeedLayout, 0u);
     EXPECT_EQ(plot.ColumnOffset[0], 0) << "nothing counted";
     EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), " int.");
     // A ratio whose denominator set does not exist is no ratio.
@@ -245,9 +213,8 @@ TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
     app.RatioOn[0] = 1;
     app.RatioSetOfPlot[0] = set;
     ComputeCurves(*model_);
-    EXPECT_EQ(model_->Curves().Value(0, 2), 3);
+    EXPECT_EQ(Value(2), 3);
   }
-  app.DataSetOfPlot[0] = kSet;
   app.RatioOn[0] = 0;
   plot.DataSetCount = 25;
   app.SmoothPoints[0] = -7;
@@ -260,10 +227,8 @@ TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
   for (float span : {10.0f, 0.0f, std::numeric_limits<float>::quiet_NaN()}) {
     plot.DepthSpan = span;
     Paint([&](PaintContext& ctx) {
-    DrawCoverageBar(ctx, 10, 10, 100);
-    DrawCurve(ctx, 0, 10, 10, 100);
-    DrawCurve(ctx, -1, 10, 10, 100);
-    DrawCurve(ctx, kMaxCurves, 10, 10, 100);
+      DrawCoverageBar(ctx, 10, 10, 100);
+      for (int curve : {0, -1, kMaxCurves}) DrawCurve(ctx, curve, 10, 10, 100);
     });
   }
 }
@@ -271,20 +236,19 @@ TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
 // ---------------------------------------------------------------- radiograph data
 
 TEST_F(CurvesTest, RadiographStripSumsFillTheRadiographDataSet) {
-  struct Row {
-    const char* name;
-    int slot;            // section holding the radiograph
-    int deletedInCurrent;  // mask index set negative in the current section 0, or -1
-    std::vector<float> expected;  // data set 2 of that section, 5 points
-  };
   // Samples row * 10 + column, 4 columns; the region 0..4 sums columns 1 to 3:
   // S(r) = 30 r + 6.  10 rows onto 5 points: point p takes the row 2 (p + 1).
-  const Row rows[] = {
+  const struct {
+    const char* name;
+    int slot;                     // section holding the radiograph
+    int deletedInCurrent;         // mask index set negative in the current section 0, or -1
+    std::vector<float> expected;  // data set 2 of that section, 5 points
+  } rows[] = {
       {"current section", 0, -1, {66, 126, 186, 246, 0}},
       {"a deleted point in the mask is skipped", 0, 2, {66, 0, 186, 246, 0}},
       {"another section follows the current one's mask", 1, 2, {66, 0, 186, 246, 0}},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     model_ = std::make_unique<Model>();
     PlotState& plot = model_->Plot();
@@ -307,34 +271,22 @@ TEST_F(CurvesTest, RadiographStripSumsFillTheRadiographDataSet) {
   }
 }
 
-// ---------------------------------------------------------------- titles
-
 TEST_F(CurvesTest, TitlesCarryRatioLogAndUnitMarks) {
-  struct Row {
+  const struct {
     const char* name;
     int ratioOn, normaliseBy, filterType;
     uint32_t cps;
     const char* expected;
-  };
-  const Row rows[] = {
-      {"Fe", 0, 0, 0, 0, "Fe int."},
-      {"Fe", 0, 0, 0, 1, "Fe cps"},
-      {"Radiograph", 0, 0, 0, 1, "Radiograph"},
-      {"mean", 0, 0, 0, 1, "mean cps"},
-      {"Inc", 0, 0, 0, 0, "Inc int."},
-      {"Fe", 1, 0, 0, 0, "Fe/Ti"},
-      {"Fe", 1, 2, 0, 0, "Fe/Coh"},
-      {"Fe", 1, 1, -1, 0, "ln(Fe/Inc)"},
-      {"Fe", 0, 0, 2, 0, "Fe: 7"},
+  } rows[] = {
+      {"Fe", 0, 0, 0, 0, "Fe int."},       {"Fe", 0, 0, 0, 1, "Fe cps"},     {"Radiograph", 0, 0, 0, 1, "Radiograph"},
+      {"mean", 0, 0, 0, 1, "mean cps"},    {"Inc", 0, 0, 0, 0, "Inc int."},  {"Fe", 1, 0, 0, 0, "Fe/Ti"},
+      {"Fe", 1, 2, 0, 0, "Fe/Coh"},        {"Fe", 1, 1, -1, 0, "ln(Fe/Inc)"}, {"Fe", 0, 0, 2, 0, "Fe: 7"},
       {"MSsurface", 0, 0, 0, 0, "surface"},
   };
-  PlotState& plot = model_->Plot();
-  CopyField(plot.DataSetNames[3], "Ti");
-  plot.CurveLabelValue[0] = 7;
-  for (const Row& row : rows) {
-    CopyField(plot.DataSetNames[kSet - 1], row.name);
+  model_->Plot().CurveLabelValue[0] = 7;
+  for (const auto& row : rows) {
+    CopyField(model_->Plot().DataSetNames[kSet - 1], row.name);
     model_->App.RatioOn[0] = row.ratioOn;
-    model_->App.RatioSetOfPlot[0] = 4;
     model_->App.NormaliseBy[0] = row.normaliseBy;
     model_->App.FilterType[0] = row.filterType;
     model_->App.CountsPerSecond = row.cps;
@@ -369,19 +321,9 @@ TEST_F(CurvesTest, CurvePointsAndLinesAtTheirOffsets) {
       EXPECT_NE(image.pixelColor(x, kTop + 110), kRed) << x;
     }
     EXPECT_EQ(image.pixelColor(x10, kTop + 120), kRed);
-    EXPECT_EQ(model_->App.CurveRect[0][0].Top, kTop);
-    EXPECT_EQ(model_->App.CurveRect[0][0].Bottom, kTop + 180);
-    EXPECT_EQ(model_->App.CurveRect[0][0].Right, kColumn + 99);
+    const IntRect& r = model_->App.CurveRect[0][0];
+    EXPECT_EQ(std::tie(r.Top, r.Bottom, r.Right), std::tuple(kTop, kTop + 180, kColumn + 99));
   }
-}
-
-TEST_F(CurvesTest, AllZeroCurveDrawsNothingRightOfTheAxis) {
-  Fill(0, std::vector<double>(10, 0.0));
-  model_->App.DrawLines = 1;
-  ComputeCurves(*model_);
-  const QImage image = Paint([&](PaintContext& ctx) { DrawCurve(ctx, 0, kColumn, kTop, 200); });
-  for (int y = kTop; y < kTop + 200; ++y)
-    for (int x = kColumn + 1; x < kColumn + 100; ++x) ASSERT_NE(image.pixelColor(x, y), kRed) << x << "," << y;
 }
 
 TEST_F(CurvesTest, CoverageBarMarksLoadedPoints) {
@@ -392,10 +334,10 @@ TEST_F(CurvesTest, CoverageBarMarksLoadedPoints) {
   const int length = 96 / 16;
   // Point k marks the rows from below point k - 1 down to its own row.
   for (int k = 1; k < 10; ++k) {
-    const bool marked = k != 3 && k != 6;
+    const QColor mark = k != 3 && k != 6 ? kGreen : kWhite;
     for (int y = kTop + 20 * (k - 1) + 1; y <= kTop + 20 * k; ++y) {
-      EXPECT_EQ(image.pixelColor(50, y), marked ? kGreen : kWhite) << y;
-      EXPECT_EQ(image.pixelColor(50 + length - 1, y), marked ? kGreen : kWhite) << y;
+      EXPECT_EQ(image.pixelColor(50, y), mark) << y;
+      EXPECT_EQ(image.pixelColor(50 + length - 1, y), mark) << y;
       EXPECT_EQ(image.pixelColor(50 + length, y), kWhite) << y;
     }
   }
@@ -408,15 +350,13 @@ TEST_F(CurvesTest, ValueScaleTicksAtComputedPositions) {
   // least 4 px apart, so the step is 0.5 and every second tick (the whole units) is
   // labelled and one pixel taller.
   const int x = 100, y = 60;
-  model_->Plot().ColumnWidth = 100;
   const QImage image = Paint([&](PaintContext& ctx) { DrawValueScale(ctx, 0, 10, 9.6, x, y); }, 1600, 100);
   const int minor = 96 / 32, major = minor * 3 / 2;
   for (int i = 0; i <= 20; ++i) {
     const int px = x + int(std::floor(i * 0.5 * 9.6 + 0.5));
-    const bool labelled = i % 2 == 0;
     SCOPED_TRACE(i);
     for (int r = 1; r <= minor; ++r) EXPECT_EQ(image.pixelColor(px, y - r), kAxis);
-    EXPECT_EQ(image.pixelColor(px, y - major), labelled ? kAxis : kWhite);
+    EXPECT_EQ(image.pixelColor(px, y - major), i % 2 == 0 ? kAxis : kWhite);
     EXPECT_EQ(image.pixelColor(px, y), kWhite);
   }
   EXPECT_EQ(image.pixelColor(x + 2, y - 1), kWhite);
@@ -427,4 +367,4 @@ TEST_F(CurvesTest, ValueScaleTicksAtComputedPositions) {
 }
 
 }  // namespace
-}  // namespace sedra
+}  // namespace sedra::test

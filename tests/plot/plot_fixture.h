@@ -11,6 +11,7 @@
 
 #include "model/core.h"
 #include "model/model.h"
+#include "plot/paint_context.h"
 #include "plot/paint_plot.h"
 
 namespace sedra::test {
@@ -38,7 +39,9 @@ inline void FillDib(Dib& dib, int width, int height, uint32_t rgb) {
   FillDib(dib, width, height, [rgb](int) { return rgb; });
 }
 
-inline void DefaultColours(Model& model) {
+// A fresh core showing images, as after start-up.
+inline void StartCore(Model& model) {
+  NewCore(model, nullptr);
   // The settings' default colour table (0x00BBGGRR): white background, blue axis,
   // black text, green/grey/purple annotations.
   const uint32_t colours[kColourTableSize] = {0xFFFFFF, 0xFF0000, 0x000000, 0x008000, 0x008000,
@@ -47,12 +50,6 @@ inline void DefaultColours(Model& model) {
   model.App.Settings.ElementFontSize = 9;
   model.App.Settings.HScaleFontSize = 6;
   model.App.Settings.DepthFontSize = 8;
-}
-
-// A fresh core showing images, as after start-up.
-inline void StartCore(Model& model) {
-  NewCore(model, nullptr);
-  DefaultColours(model);
   model.Work().ShowRadiograph = 1;
   model.Work().ShowOptical = 1;
 }
@@ -113,24 +110,27 @@ inline QImage Paint(Model& model, int width, int height, int scroll = 0) {
 
 inline uint32_t Rgb(const QImage& image, int x, int y) { return image.pixel(x, y) & 0xFFFFFF; }
 
-// The 11-point bold plot font's character height at 96 dpi, measured on the
-// substitute face directly: MulDiv(11, 96, 72) = 15 pixels.
-inline int PlotCharHeight() {
+// Character height at 96 dpi of the 11-point bold plot font (MulDiv(11, 96, 72) = 15
+// pixels) or the 8-point label font (11 pixels), measured on the substitute face.
+inline int CharHeight(int pixels = 15, bool bold = true) {
   QFont f(QStringLiteral("Liberation Sans"));
-  f.setPixelSize(15);
-  f.setBold(true);
+  f.setPixelSize(pixels);
+  f.setBold(bold);
   QImage probe = MakeImage(1, 1);
   const QFontMetrics fm(f, &probe);
   return fm.ascent() + fm.descent();
 }
 
-// The 8-point label font's character height at 96 dpi (MulDiv(8, 96, 72) = 11 pixels).
-inline int LabelCharHeight() {
-  QFont f(QStringLiteral("Liberation Sans"));
-  f.setPixelSize(11);
-  QImage probe = MakeImage(1, 1);
-  const QFontMetrics fm(f, &probe);
-  return fm.ascent() + fm.descent();
+// A white 96-dpi image with `draw` run on a PaintContext whose document starts at originY.
+template <typename Draw>
+QImage PaintWith(Model& model, Draw draw, int width, int height, int originY = 0) {
+  QImage image = MakeImage(width, height);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintContext ctx(painter, model, originY, image.rect());
+  draw(ctx);
+  painter.end();
+  return image;
 }
 
 }  // namespace sedra::test

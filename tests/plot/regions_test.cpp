@@ -3,19 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QImage>
-#include <QPainter>
 #include <functional>
 #include <memory>
 
-#include "model/model.h"
-#include "plot/paint_context.h"
 #include "plot/regions.h"
+#include "plot_fixture.h"
 
 // Readable colours in failure messages.
 static void PrintTo(const QColor& c, std::ostream* os) { *os << c.name().toStdString(); }
 
-namespace sedra {
+namespace sedra::test {
 namespace {
 
 constexpr int kWidth = 400;
@@ -34,7 +31,6 @@ constexpr int kT = 96 / 26;  // stipple pitch at 96 dpi
 class RegionsTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    model_ = std::make_unique<Model>();
     PlotState& plot = model_->Plot();
     plot.PageRect = {0, 0, kWidth, kHeight};
     plot.LeftMargin = kLeft;
@@ -48,19 +44,10 @@ class RegionsTest : public ::testing::Test {
     model_->Settings().Colours[kShadedRegionColour] = 0x00FFCC00;
     model_->Settings().Colours[kHighlightColour] = 0x000000FF;
   }
-
   QImage Paint(const std::function<void(PaintContext&)>& draw, int originY = 0) {
-    QImage image(kWidth, kHeight, QImage::Format_RGB32);
-    image.setDotsPerMeterX(3780);
-    image.setDotsPerMeterY(3780);
-    image.fill(kWhite);
-    QPainter painter(&image);
-    PaintContext ctx(painter, *model_, originY, image.rect());
-    draw(ctx);
-    painter.end();
-    return image;
+    return PaintWith(*model_, draw, kWidth, kHeight, originY);
   }
-
+  // Horizontal region 2 of section 0, from `top` to `bottom` mm.
   QImage PaintHRegion(float top, float bottom, int pattern, int offsetMm = 0, int originY = 0) {
     CoreSection& s = model_->Section(0);
     s.HRegionTop[2] = top;
@@ -68,79 +55,72 @@ class RegionsTest : public ::testing::Test {
     s.HRegionPattern[2] = pattern;
     return Paint([&](PaintContext& ctx) { DrawRegion(ctx, 2, offsetMm, 0, RegionKind::Horizontal); }, originY);
   }
+  bool Blank(const QImage& image) {
+    QImage blank(image.size(), image.format());
+    blank.fill(kWhite);
+    return image == blank;
+  }
 
-  std::unique_ptr<Model> model_;
+  std::unique_ptr<Model> model_ = std::make_unique<Model>();
 };
 
 int Mod(int a, int m) { return ((a % m) + m) % m; }
-
-struct PatternRow {
-  const char* name;
-  int pattern;
-  // Expected colour at (x, y) inside the box [left, right) x [top, bottom).
-  std::function<QColor(int x, int y, int left, int top, int bottom)> expect;
-};
-
 QColor InkIf(bool on) { return on ? kInk : kWhite; }
 
 TEST_F(RegionsTest, HorizontalRegionPatternsMatchTheirGeometry) {
-  const PatternRow rows[] = {
-      {"shading", 0, [](int, int, int, int, int) { return kFill; }},
-      {"horizontal hatch", 1, [](int, int y, int, int top, int) { return InkIf((y - top) % kS == 0); }},
-      {"vertical hatch", 2, [](int x, int, int left, int, int) { return InkIf((x - left) % kS == 0); }},
-      {"upward hatch", 3,
-       [](int x, int y, int left, int, int bottom) { return InkIf(Mod(x + y - left - bottom, kS) == 0); }},
-      {"downward hatch", 4,
-       [](int x, int y, int left, int top, int) { return InkIf(Mod(x - y - left + top, kS) == 0); }},
-      {"crosshatch", 5,
-       [](int x, int y, int left, int top, int) { return InkIf((y - top) % kS == 0 || (x - left) % kS == 0); }},
-      {"45-degree crosshatch", 6,
-       [](int x, int y, int left, int top, int bottom) {
-         return InkIf(Mod(x + y - left - bottom, kS) == 0 || Mod(x - y - left + top, kS) == 0);
-       }},
-      {"stipple", 7,
-       [](int x, int y, int left, int top, int) {
-         if ((y - top) % kT != 0) return kWhite;
-         const int start = left + (((y - top) / kT) % 2 == 0 ? kT / 2 : 0);
-         return InkIf(x >= start && (x - start) % kT == 0);
+  // 10 mm to 40 mm at 2 px per mm below y0; expected colour at (x, y) from the offsets
+  // into the box: dx = x - left, dy = y - top, up = y - bottom.
+  const int top = kY0 + 20, bottom = kY0 + 80;
+  const struct {
+    const char* name;
+    std::function<bool(int dx, int dy, int up)> ink;  // nullptr: shading fills all
+  } rows[] = {
+      {"shading", nullptr},
+      {"horizontal hatch", [](int, int dy, int) { return dy % kS == 0; }},
+      {"vertical hatch", [](int dx, int, int) { return dx % kS == 0; }},
+      {"upward hatch", [](int dx, int, int up) { return Mod(dx + up, kS) == 0; }},
+      {"downward hatch", [](int dx, int dy, int) { return Mod(dx - dy, kS) == 0; }},
+      {"crosshatch", [](int dx, int dy, int) { return dy % kS == 0 || dx % kS == 0; }},
+      {"45-degree crosshatch", [](int dx, int dy, int up) { return Mod(dx + up, kS) == 0 || Mod(dx - dy, kS) == 0; }},
+      {"stipple",
+       [](int dx, int dy, int) {
+         const int start = (dy / kT) % 2 == 0 ? kT / 2 : 0;
+         return dy % kT == 0 && dx >= start && (dx - start) % kT == 0;
        }},
   };
-  // 10 mm to 40 mm at 2 px per mm below y0.
-  const int top = kY0 + 20, bottom = kY0 + 80;
-  for (const PatternRow& row : rows) {
-    SCOPED_TRACE(row.name);
-    const QImage image = PaintHRegion(10, 40, row.pattern);
+  for (int pattern = 0; pattern < 8; ++pattern) {
+    SCOPED_TRACE(rows[pattern].name);
+    const QImage image = PaintHRegion(10, 40, pattern);
     int mismatches = 0;
     for (int y = top; y < bottom; ++y)
-      for (int x = kLeft; x < kRight; ++x)
-        if (image.pixelColor(x, y) != row.expect(x, y, kLeft, top, bottom) && ++mismatches <= 5)
-          ADD_FAILURE() << "pixel " << x << "," << y;
+      for (int x = kLeft; x < kRight; ++x) {
+        const QColor expected = pattern == 0 ? kFill : InkIf(rows[pattern].ink(x - kLeft, y - top, y - bottom));
+        if (image.pixelColor(x, y) != expected && ++mismatches <= 5) ADD_FAILURE() << "pixel " << x << "," << y;
+      }
     // Nothing above the box or left of it.
     for (int x = 0; x < kWidth; ++x) EXPECT_EQ(image.pixelColor(x, top - 1), kWhite) << x;
     for (int y = top; y < bottom; ++y) EXPECT_EQ(image.pixelColor(kLeft - 1, y), kWhite) << y;
     // Below and right of it only the crosshatch's closing edges.
-    const bool closed = row.pattern == 5;
-    EXPECT_EQ(image.pixelColor(200, bottom), closed ? kInk : kWhite);
-    EXPECT_EQ(image.pixelColor(kRight, 100), closed ? kInk : kWhite);
+    EXPECT_EQ(image.pixelColor(200, bottom), InkIf(pattern == 5));
+    EXPECT_EQ(image.pixelColor(kRight, 100), InkIf(pattern == 5));
     EXPECT_EQ(image.pixelColor(200, bottom + 1), kWhite);
     EXPECT_EQ(image.pixelColor(kRight + 1, 100), kWhite);
   }
 }
 
 TEST_F(RegionsTest, RegionAbovePlotIsCutAtTopButRunsOnBelowBottom) {
-  struct Row {
+  const struct {
     const char* name;
     float top, bottom;
     int offsetMm;
     int firstRow, lastRow;  // first and last filled row, image coordinates
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"negative top depth", -10, 30, 0, kY0, kY0 + 59},
       {"expanded offset moves it above the top", 5, 30, -10, kY0, kY0 + 39},
       {"ends below the plot (plot bottom is 240)", 50, 150, 0, kY0 + 100, kHeight - 1},
       {"inside", 1, 2, 0, kY0 + 2, kY0 + 3},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     const QImage image = PaintHRegion(row.top, row.bottom, 0, row.offsetMm);
     EXPECT_EQ(image.pixelColor(200, row.firstRow), kFill);
@@ -152,43 +132,32 @@ TEST_F(RegionsTest, RegionAbovePlotIsCutAtTopButRunsOnBelowBottom) {
   }
 }
 
-TEST_F(RegionsTest, RegionWithoutPositiveEndIsNotDrawn) {
-  struct Row {
+TEST_F(RegionsTest, RegionWithoutPositiveEndOrWithBadIndicesIsNotDrawn) {
+  const struct {
     const char* name;
     RegionKind kind;
     float start, end;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"horizontal, bottom 0", RegionKind::Horizontal, 10, 0},
       {"horizontal, bottom negative", RegionKind::Horizontal, 10, -5},
       {"vertical, right 0", RegionKind::Vertical, 10, 0},
       {"horizontal, bottom above top", RegionKind::Horizontal, 30, 20},
   };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.name);
-    CoreSection& s = model_->Section(0);
+  CoreSection& s = model_->Section(0);
+  for (const auto& row : rows) {
     s.HRegionTop[0] = s.VRegionLeft[0] = row.start;
     s.HRegionBottom[0] = s.VRegionRight[0] = row.end;
     s.HRegionPattern[0] = s.VRegionPattern[0] = 0;
-    const QImage image = Paint([&](PaintContext& ctx) { DrawRegion(ctx, 0, 0, 0, row.kind); });
-    QImage blank(image.size(), image.format());
-    blank.fill(kWhite);
-    EXPECT_EQ(image, blank);
+    EXPECT_TRUE(Blank(Paint([&](PaintContext& ctx) { DrawRegion(ctx, 0, 0, 0, row.kind); }))) << row.name;
   }
-}
-
-TEST_F(RegionsTest, OutOfRangeIndicesDrawNothing) {
-  CoreSection& s = model_->Section(0);
+  s.HRegionTop[0] = 0;
   s.HRegionBottom[0] = 30;
-  const QImage image = Paint([&](PaintContext& ctx) {
+  EXPECT_TRUE(Blank(Paint([&](PaintContext& ctx) {
     DrawRegion(ctx, -1, 0, 0, RegionKind::Horizontal);
     DrawRegion(ctx, kAnnotationSlots, 0, 0, RegionKind::Horizontal);
     DrawRegion(ctx, 0, 0, kMaxSections, RegionKind::Horizontal);
     DrawRegion(ctx, 0, 0, -1, RegionKind::Vertical);
-  });
-  QImage blank(image.size(), image.format());
-  blank.fill(kWhite);
-  EXPECT_EQ(image, blank);
+  }))) << "out of range indices";
 }
 
 TEST_F(RegionsTest, VerticalRegionSpansDataAreaAndPlotHeight) {
@@ -208,84 +177,64 @@ TEST_F(RegionsTest, VerticalRegionSpansDataAreaAndPlotHeight) {
 
 TEST_F(RegionsTest, ZoomedDocumentIsDrawnAtItsScrolledPosition) {
   // 1000 px per mm: a band at 100 mm lies 100 000 rows down the document.
-  PlotState& plot = model_->Plot();
-  plot.PlotHeight = 1000000;
-  plot.DepthSpan = 1000;
+  model_->Plot().PlotHeight = 1000000;
+  model_->Plot().DepthSpan = 1000;
   const int origin = 100000;
   const QImage image = PaintHRegion(100.02f, 100.2f, 1, 0, origin);
   // Rows are computed in single precision depth + offset, as the region placement does.
-  const int top = kY0 + int(double(100.02f) * 1000);
-  const int bottom = kY0 + int(double(100.2f) * 1000);
+  const int top = kY0 + int(double(100.02f) * 1000), bottom = kY0 + int(double(100.2f) * 1000);
   for (int y = top - origin; y < bottom - origin; ++y)
     EXPECT_EQ(image.pixelColor(200, y), InkIf((y + origin - top) % kS == 0)) << y;
   EXPECT_EQ(image.pixelColor(200, top - origin - 1), kWhite);
   EXPECT_EQ(image.pixelColor(200, bottom - origin), kWhite);
 }
 
-TEST_F(RegionsTest, WideDashedLineIsParallelDashedStrokes) {
-  const QImage image =
-      Paint([&](PaintContext& ctx) { DrawHorizontalStyledLine(ctx, 20, 300, 100, 1, 3, kInk); });
-  for (int y = 100; y < 103; ++y) {
-    int ink = 0, gaps = 0;
-    for (int x = 20; x < 300; ++x) {
-      const QColor c = image.pixelColor(x, y);
-      ink += c == kInk;
-      gaps += c == kWhite;
-      // The three strokes are the same dash pattern one row apart.
-      EXPECT_EQ(c, image.pixelColor(x, 100)) << x << "," << y;
-    }
-    EXPECT_GT(ink, 100) << y;
-    EXPECT_GT(gaps, 20) << y;
-    EXPECT_EQ(image.pixelColor(20, y), kInk) << "a dash starts the line";
-  }
-  for (int x = 0; x < kWidth; ++x) {
-    EXPECT_EQ(image.pixelColor(x, 99), kWhite);
-    EXPECT_EQ(image.pixelColor(x, 103), kWhite);
-  }
-  EXPECT_EQ(image.pixelColor(300, 100), kWhite) << "the end point is not drawn";
-}
-
-TEST_F(RegionsTest, LineStylesAndWidths) {
-  struct Row {
+TEST_F(RegionsTest, LineStylesAndWidthsInBothDirections) {
+  const struct {
     const char* name;
     int style, width;
     bool gaps;
-  };
-  const Row rows[] = {
-      {"solid", 0, 1, false}, {"dashes", 1, 2, true},       {"dots", 2, 1, true},
+  } rows[] = {
+      {"solid", 0, 1, false},   {"dashes", 1, 3, true},       {"dots", 2, 1, true},
       {"dash-dot", 3, 4, true}, {"dash-dot-dot", 4, 1, true}, {"unknown style is solid", 9, 1, false},
   };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.name);
-    const QImage image = Paint([&](PaintContext& ctx) {
-      DrawVerticalStyledLine(ctx, 50, 60, 250, row.style, row.width, kInk);
-    });
-    for (int x = 50; x < 50 + row.width; ++x) {
-      int gaps = 0;
-      for (int y = 60; y < 250; ++y) gaps += image.pixelColor(x, y) != kInk;
-      if (row.gaps)
-        EXPECT_GT(gaps, 10) << x;
-      else
-        EXPECT_EQ(gaps, 0) << x;
-      EXPECT_EQ(image.pixelColor(x, 59), kWhite);
-      EXPECT_EQ(image.pixelColor(x, 250), kWhite);
-    }
-    for (int y = 0; y < kHeight; ++y) {
-      EXPECT_EQ(image.pixelColor(49, y), kWhite);
-      EXPECT_EQ(image.pixelColor(50 + row.width, y), kWhite);
+  // The line runs from 60 to 250 along, from 50 across, `width` strokes wide.
+  for (const auto& row : rows) {
+    for (bool vertical : {true, false}) {
+      SCOPED_TRACE(testing::Message() << row.name << (vertical ? " vertical" : " horizontal"));
+      const QImage image = Paint([&](PaintContext& ctx) {
+        if (vertical)
+          DrawVerticalStyledLine(ctx, 50, 60, 250, row.style, row.width, kInk);
+        else
+          DrawHorizontalStyledLine(ctx, 60, 250, 50, row.style, row.width, kInk);
+      });
+      auto at = [&](int along, int across) { return vertical ? image.pixelColor(across, along) : image.pixelColor(along, across); };
+      for (int a = 50; a < 50 + row.width; ++a) {
+        int gaps = 0;
+        for (int l = 60; l < 250; ++l) {
+          gaps += at(l, a) != kInk;
+          EXPECT_EQ(at(l, a), at(l, 50)) << "strokes are the same pattern side by side, " << l << "," << a;
+        }
+        EXPECT_EQ(gaps > 10, row.gaps) << gaps << " gaps in stroke " << a;
+        EXPECT_LT(gaps, 150) << "the stroke has ink, " << a;
+        EXPECT_EQ(at(59, a), kWhite);
+        EXPECT_EQ(at(250, a), kWhite) << "the end point is not drawn";
+      }
+      for (int l = 0; l < kHeight; ++l) {
+        EXPECT_EQ(at(l, 49), kWhite);
+        EXPECT_EQ(at(l, 50 + row.width), kWhite);
+      }
     }
   }
 }
 
 TEST_F(RegionsTest, DashesStayPutWhileScrolling) {
   const int scroll = 37;
-  const QImage still =
-      Paint([&](PaintContext& ctx) { DrawVerticalStyledLine(ctx, 50, 10, 600, 1, 1, kInk); });
-  const QImage scrolled =
-      Paint([&](PaintContext& ctx) { DrawVerticalStyledLine(ctx, 50, 10, 600, 1, 1, kInk); }, scroll);
+  auto draw = [](PaintContext& ctx) { DrawVerticalStyledLine(ctx, 50, 10, 600, 1, 1, kInk); };
+  const QImage still = Paint(draw), scrolled = Paint(draw, scroll);
   for (int y = scroll; y < kHeight; ++y)
     EXPECT_EQ(still.pixelColor(50, y), scrolled.pixelColor(50, y - scroll)) << "document row " << y;
 }
 
 }  // namespace
-}  // namespace sedra
+}  // namespace sedra::test

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QPainter>
+#include <tuple>
 
 #include "images/draw/bitmap_cache.h"
 #include "images/draw/image_draw.h"
@@ -25,27 +25,28 @@ bool HasText(const QImage& image, QRect r) {
   return false;
 }
 
-struct TickCase {
-  int length;  // mm of core (one point per mm)
-  int zoom;
-  int depth;  // mm
-  bool major, labelled;
-};
+// A 1000 x 700 plot of a core `length` mm long (one point per mm), ticks every 10 mm.
+QImage PaintScale(Model& model, int length, int zoom, int tick = 10) {
+  StartCore(model);
+  AddRadiograph(model, 0, 50, length, 0x777777u);
+  model.Plot().DepthTick = tick;
+  model.Plot().ZoomFactor = zoom;
+  return Paint(model, 1000, 700);
+}
 
 TEST(DepthScale, TicksEveryTickSpacingMajorEveryFifthUnzoomedEveryOneZoomed) {
   // 200 mm over about 600 rows leaves label boxes far apart; 1000 mm at 200% puts
   // the 10 mm ticks closer than one character height, so only every other is labelled.
-  const TickCase cases[] = {{200, 1, 10, false, false}, {200, 1, 30, false, false}, {200, 1, 50, true, true},
-                            {200, 1, 100, true, true},  {200, 1, 140, false, false}, {200, 2, 10, true, true},
-                            {200, 2, 30, true, true},   {200, 2, 50, true, true},    {1000, 2, 10, true, false},
-                            {1000, 2, 20, true, true},  {1000, 2, 30, true, false},  {1000, 2, 40, true, true}};
+  const struct {
+    int length, zoom, depth;  // mm of core, zoom, depth of the tick in mm
+    bool major, labelled;
+  } cases[] = {{200, 1, 10, false, false}, {200, 1, 30, false, false}, {200, 1, 50, true, true},
+               {200, 1, 100, true, true},  {200, 1, 140, false, false}, {200, 2, 10, true, true},
+               {200, 2, 30, true, true},   {200, 2, 50, true, true},    {1000, 2, 10, true, false},
+               {1000, 2, 20, true, true},  {1000, 2, 30, true, false},  {1000, 2, 40, true, true}};
   for (const auto& c : cases) {
     Model model;
-    StartCore(model);
-    AddRadiograph(model, 0, 50, c.length, 0x777777u);
-    model.Plot().DepthTick = 10;
-    model.Plot().ZoomFactor = c.zoom;
-    const QImage image = Paint(model, 1000, 700);
+    const QImage image = PaintScale(model, c.length, c.zoom);
     const PlotState& p = model.Plot();
     const int x0 = p.LeftMargin, y0 = p.TopMargin;
     const float scale = float(p.PlotHeight) / float(c.length);
@@ -53,32 +54,23 @@ TEST(DepthScale, TicksEveryTickSpacingMajorEveryFifthUnzoomedEveryOneZoomed) {
     SCOPED_TRACE(testing::Message() << c.length << " mm, zoom " << c.zoom << ", depth " << c.depth);
     ASSERT_LT(y, 690);
     // Minor ticks are 96/32 = 3 pixels long, major ones (96/32*3)/2 = 4; both point
-    // into the plot from the axis.
+    // into the plot from the axis.  Between ticks nothing.
     EXPECT_EQ(Rgb(image, x0 + 2, y), kBlue);
     EXPECT_EQ(Rgb(image, x0 + 3, y), c.major ? kBlue : kWhite);
     EXPECT_EQ(Rgb(image, x0 + 4, y), kWhite);
-    // Between ticks nothing.
-    const int between = y0 + int(std::floor(float(c.depth + 5) * scale));
-    EXPECT_EQ(Rgb(image, x0 + 2, between), kWhite);
+    EXPECT_EQ(Rgb(image, x0 + 2, y0 + int(std::floor(float(c.depth + 5) * scale))), kWhite);
     // Labels sit in the margin left of the axis, centred on their tick.
-    const QRect labelBox(0, y - 3, x0 - 1, 7);
-    EXPECT_EQ(HasText(image, labelBox), c.labelled) << "label";
+    EXPECT_EQ(HasText(image, QRect(0, y - 3, x0 - 1, 7)), c.labelled) << "label";
   }
 }
 
 TEST(DepthScale, CaptionAppearsOnlyWhenALabelIsBelowTheTop) {
-  for (bool zoomed : {false, true}) {
+  // With labels every 50 mm of a 1000 mm core the 50 label lies well below the top; a
+  // 10 000 mm spacing leaves only the 0 label, and no caption.
+  for (int tick : {10, 10000}) {
     Model model;
-    StartCore(model);
-    AddRadiograph(model, 0, 50, 1000, 0x777777u);
-    model.Plot().DepthTick = 10;
-    // Unzoomed with ticks every 10 mm and labels every 50 mm of a 1000 mm core, the 50
-    // label lies well below the top; a 10 000 mm spacing leaves only the 0 label.
-    if (zoomed) model.Plot().DepthTick = 10000;
-    const QImage image = Paint(model, 1000, 700);
-    const PlotState& p = model.Plot();
-    const QRect caption(0, 0, p.LeftMargin, 2 * p.CharHeight);
-    EXPECT_EQ(HasText(image, caption), !zoomed);
+    const QImage image = PaintScale(model, 1000, 1, tick);
+    EXPECT_EQ(HasText(image, QRect(0, 0, model.Plot().LeftMargin, 2 * model.Plot().CharHeight)), tick == 10);
   }
 }
 
@@ -90,15 +82,12 @@ TEST(LayoutUnits, ConversionsAndTheirKeptAsymmetry) {
   p.PlotHeight = 600;
   p.ColumnLeft = 351;  // 300 pixels right of x0 = 51
   p.LayoutSpan = 1200;
-  struct Case {
-    int top;  // PageRect.top
-    int y, layoutY, yBack;
-  } cases[] = {{0, 338, 600, 338}, {0, 38, 0, 38}, {0, 37, -2, 37}, {100, 338, 600, 438}};
-  for (const auto& c : cases) {
-    p.PageRect.Top = c.top;
-    EXPECT_EQ(LayoutFromY(p, c.y), c.layoutY);
-    // YFromLayout adds the page top that LayoutFromY ignores: inverse only at top 0.
-    EXPECT_EQ(YFromLayout(p, c.layoutY), c.yBack);
+  // {PageRect.top, y, LayoutFromY(y), YFromLayout of that}: YFromLayout adds the page
+  // top that LayoutFromY ignores, so it is the inverse only at top 0.
+  for (auto [top, y, layoutY, yBack] : {std::tuple{0, 338, 600, 338}, {0, 38, 0, 38}, {0, 37, -2, 37}, {100, 338, 600, 438}}) {
+    p.PageRect.Top = top;
+    EXPECT_EQ(LayoutFromY(p, y), layoutY);
+    EXPECT_EQ(YFromLayout(p, layoutY), yBack);
   }
   p.PageRect.Top = 0;
   EXPECT_EQ(LayoutFromX(p, 201), 600);
@@ -109,7 +98,7 @@ TEST(LayoutUnits, ConversionsAndTheirKeptAsymmetry) {
   EXPECT_EQ(XFromLayout(p, 77), 77);
 }
 
-TEST(ImageDrawing, RadiographsSideBySideWithOffsetAndHeightScale) {
+TEST(ImageDrawing, RadiographsSideBySideWithOffsetAndHeightScaleUnlessTheContrastDialogOwnsThem) {
   Model model;
   StartCore(model);
   const uint32_t colours[3] = {0xAA1100u, 0x11AA00u, 0x0011AAu};
@@ -119,43 +108,33 @@ TEST(ImageDrawing, RadiographsSideBySideWithOffsetAndHeightScale) {
     r.HeightScale = 0.5f;
   }
   model.Plot().ZoomFactor = 2;
-  QImage image = MakeImage(400, 300);
-  image.fill(Qt::white);
-  {
+  int drawn = 0;
+  auto draw = [&] {
+    QImage image = MakeImage(400, 300);
+    image.fill(Qt::white);
     QPainter painter(&image);
-    const DrawSurface surface{&painter, 0, image.rect()};
-    EXPECT_EQ(DrawRadiographs(surface, model, 0, 10, 20, 120, 200), 3);
-  }
+    drawn = DrawRadiographs(DrawSurface{&painter, 0, image.rect()}, model, 0, 10, 20, 120, 200);
+    return image;
+  };
+  const QImage image = draw();
+  EXPECT_EQ(drawn, 3);
   // Band top 20, shifted by zoom x TopOffset = 10, half the band's 200 rows drawn.
   for (int i = 0; i < 3; ++i) {
-    const int x = 10 + 120 * i + 60;
+    const int left = 10 + 120 * i, x = left + 60;
     SCOPED_TRACE(i);
     EXPECT_EQ(Rgb(image, x, 29), kWhite);
     EXPECT_EQ(Rgb(image, x, 30), colours[i]);
     EXPECT_EQ(Rgb(image, x, 129), colours[i]);
     EXPECT_EQ(Rgb(image, x, 130), kWhite);
-    EXPECT_EQ(Rgb(image, 10 + 120 * i, 60), colours[i]);
+    EXPECT_EQ(Rgb(image, left, 60), colours[i]);
     const IntRect& view = model.CurSection().Radiographs[size_t(i)].ViewRect;
-    EXPECT_EQ(view.Left, 10 + 120 * i);
-    EXPECT_EQ(view.Top, 30);
-    EXPECT_EQ(view.Right, 10 + 120 * i + 119);
-    EXPECT_EQ(view.Bottom, 129);
+    EXPECT_EQ(std::tie(view.Left, view.Top, view.Right, view.Bottom), std::tuple(left, 30, left + 119, 129));
   }
   EXPECT_EQ(Rgb(image, 370, 60), kWhite);
-}
-
-TEST(ImageDrawing, NothingIsDrawnWhileTheContrastDialogOwnsTheRadiograph) {
-  Model model;
-  StartCore(model);
-  AddRadiograph(model, 0, 40, 400, 0x333333u);
+  // Nothing is drawn while the contrast dialog owns the radiograph.
   model.Plot().RadContrastOpen = 1;
-  QImage image = MakeImage(200, 200);
-  image.fill(Qt::white);
-  {
-    QPainter painter(&image);
-    DrawRadiographs(DrawSurface{&painter, 0, image.rect()}, model, 0, 0, 0, 100, 200);
-  }
-  for (int y = 0; y < 200; y += 10) EXPECT_EQ(Rgb(image, 50, y), kWhite);
+  const QImage hidden = draw();
+  for (int y = 0; y < 300; y += 10) EXPECT_EQ(Rgb(hidden, 70, y), kWhite) << y;
 }
 
 TEST(ImageDrawing, StretchOfAPartEqualsThatPartOfTheWholeStretch) {
@@ -164,20 +143,15 @@ TEST(ImageDrawing, StretchOfAPartEqualsThatPartOfTheWholeStretch) {
   QImage source(7, 300, QImage::Format_RGB32);
   for (int y = 0; y < 300; ++y)
     for (int x = 0; x < 7; ++x) source.setPixel(x, y, qRgb(y & 0xFF, y >> 8, x * 30));
-  QImage whole(50, 5000, QImage::Format_RGB32);
-  whole.fill(Qt::white);
-  {
-    QPainter p(&whole);
-    StretchImage(DrawSurface{&p, 0, whole.rect()}, source, 0, 0, 7, 300, 3, 0, 40, 5000);
-  }
-  QImage band(50, 100, QImage::Format_RGB32);
-  band.fill(Qt::white);
-  {
-    QPainter p(&band);
-    StretchImage(DrawSurface{&p, 4321, band.rect()}, source, 0, 0, 7, 300, 3, 0, 40, 5000);
-  }
-  for (int y = 0; y < 100; ++y)
-    for (int x = 0; x < 50; ++x) ASSERT_EQ(band.pixel(x, y), whole.pixel(x, 4321 + y)) << x << "," << y;
+  auto stretch = [&](int height, int origin) {
+    QImage image(50, height, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter p(&image);
+    StretchImage(DrawSurface{&p, origin, image.rect()}, source, 0, 0, 7, 300, 3, 0, 40, 5000);
+    p.end();
+    return image;
+  };
+  EXPECT_EQ(stretch(100, 4321), stretch(5000, 0).copy(0, 4321, 50, 100));
 }
 
 TEST(ImageDrawing, StrongShrinkingPicksRowsWithinTheReducedCopysPitch) {
@@ -186,17 +160,15 @@ TEST(ImageDrawing, StrongShrinkingPicksRowsWithinTheReducedCopysPitch) {
   Model model;
   Dib dib;
   FillDib(dib, 64, 4096, [](int row) { return uint32_t((row & 0xFF) << 16 | ((row >> 8) & 0xFF) << 8); });
-  ScreenBitmap& bitmap = CachedScreenBitmap(model, dib);
   QImage image(4, 100, QImage::Format_RGB32);
   image.fill(Qt::white);
   {
     QPainter p(&image);
-    StretchImage(DrawSurface{&p, 0, image.rect()}, bitmap, 0, 0, 64, 4096, 0, 0, 4, 100);
+    StretchImage(DrawSurface{&p, 0, image.rect()}, CachedScreenBitmap(model, dib), 0, 0, 64, 4096, 0, 0, 4, 100);
   }
   for (int y = 0; y < 100; ++y) {
     const int exact = int(((2 * y + 1) * 4096) / 200);
-    const QRgb c = image.pixel(1, y);
-    const int row = qRed(c) | qGreen(c) << 8;
+    const int row = qRed(image.pixel(1, y)) | qGreen(image.pixel(1, y)) << 8;
     EXPECT_LE(row, exact) << y;
     EXPECT_GE(row, exact - 15) << y;
   }
