@@ -3,7 +3,6 @@
 // window with a plot widget, a scripted print dialog, and small file helpers.
 
 #include <QPainter>
-#include <QPaintEvent>
 #include <QPrinter>
 #include <QWidget>
 #include <cstring>
@@ -37,23 +36,17 @@ inline std::unique_ptr<Model> ModelWithRadiograph() {
   CopyField(model->CurSection().FileName, "KR-03 section 1");
 
   RadiographDesc& rad = model->CurSection().Radiographs[0];
-  rad.Width = kRadWidth;
-  rad.Height = kRadHeight;
+  rad.Width = rad.Bitmap.Width = kRadWidth;
+  rad.Height = rad.Bitmap.Height = kRadHeight;
   rad.Valid = 1;
   rad.HeightScale = 1.0f;
-  rad.Samples.assign(size_t(kRadWidth) * kRadHeight, 0);
   Dib& dib = rad.Bitmap;
-  dib.Width = kRadWidth;
-  dib.Height = kRadHeight;
   dib.Stride = Dib::StrideFor(kRadWidth);
   dib.Bits.assign(size_t(dib.Stride) * kRadHeight, 0);
   for (int y = 0; y < kRadHeight; ++y) {
     for (int x = 0; x < kRadWidth; ++x) {
-      const uint8_t grey = BandIsDark(x) ? 0 : 255;
-      const uint16_t sample = BandIsDark(x) ? 1000 : 60000;
-      uint8_t* px = &dib.Bits[size_t(y) * dib.Stride + size_t(x) * 3];
-      px[0] = px[1] = px[2] = grey;
-      rad.Samples[size_t(y) * kRadWidth + x] = sample;
+      std::memset(&dib.Bits[size_t(y) * dib.Stride + size_t(x) * 3], BandIsDark(x) ? 0 : 255, 3);
+      rad.Samples.push_back(BandIsDark(x) ? 1000 : 60000);
     }
   }
   ++dib.Generation;
@@ -65,30 +58,6 @@ inline std::unique_ptr<Model> ModelWithRadiograph() {
   UpdateMenusAfterLoad(*model, true);
   return model;
 }
-
-// The client area of the main window, painted like the program's own plot view.
-class TestPlotView : public QWidget {
- public:
-  TestPlotView(Model& model, QWidget* parent) : QWidget(parent), model_(model) {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-  }
-  int ScrollPos = 0;
-  int Paints = 0;
-
- protected:
-  void paintEvent(QPaintEvent* event) override {
-    ++Paints;
-    QPainter painter(this);
-    PaintTarget target;
-    target.Client = rect();
-    target.Exposed = event->rect();
-    target.ScrollPos = ScrollPos;
-    PaintPlot(model_, painter, target);
-  }
-
- private:
-  Model& model_;
-};
 
 // Paints four known colours, one per quadrant, and counts its paints.
 class QuadrantView : public QWidget {
