@@ -1,5 +1,6 @@
 #include "import/read_support.h"
 
+#include <cstring>
 #include <filesystem>
 
 #if defined(__linux__)
@@ -16,9 +17,10 @@ namespace {
 // page at a time, the first touch of every page costs a trip into the kernel that
 // takes longer than writing the page; asking for large pages before the first write
 // saves nearly all of them.  Only a wish: where large pages are not to be had, the
-// block is filled as before.
+// block is filled as before.  The block is not cleared here: the kernel's pages come
+// zeroed anyway, and the reader's own write of every element is the first touch.
 template <typename T>
-void AssignZeroes(std::vector<T>& v, size_t count) {
+void AllocateUncleared(std::vector<T, DefaultInitAllocator<T>>& v, size_t count) {
   if (v.capacity() < count) {
     v = {};
     v.reserve(count);
@@ -32,16 +34,23 @@ void AssignZeroes(std::vector<T>& v, size_t count) {
     if (end > begin) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
   }
 #endif
-  v.assign(count, T(0));
+  v.clear();
+  v.resize(count);
 }
 
 }  // namespace
 
-void AllocateSamples(std::vector<uint16_t>& samples, size_t count) { AssignZeroes(samples, count); }
+void AllocateSamples(SampleBuffer& samples, size_t count) { AllocateUncleared(samples, count); }
 
 void AllocateDib(Dib& dib, int32_t width, int32_t height) {
   const int32_t stride = Dib::StrideFor(width);
-  AssignZeroes(dib.Bits, size_t(stride) * size_t(height));
+  AllocateUncleared(dib.Bits, size_t(stride) * size_t(height));
+  // The conversions write only the pixels and leave the padding as it is, so it is
+  // zeroed once here.  Scanner widths are mostly a multiple of 4, with no padding at all.
+  const size_t rowBytes = size_t(width) * 3;
+  if (size_t(stride) > rowBytes)
+    for (int32_t y = 0; y < height; ++y)
+      std::memset(dib.Bits.data() + size_t(y) * size_t(stride) + rowBytes, 0, size_t(stride) - rowBytes);
   dib.Width = width;
   dib.Height = height;
   dib.Stride = stride;

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "model/buffers.h"
+
 namespace sedra {
 
 class Model;
@@ -32,11 +34,14 @@ using RadiographPlaceChooser = std::function<int(int count)>;
 // Called by the RAW reader once the file is chosen: the view goes back to 100%.
 using ZoomReset = std::function<void()>;
 
-// Sizes `dib` for a width x height 24-bit bitmap, zero-filled.  Throws std::bad_alloc.
+// Sizes `dib` for a width x height 24-bit bitmap.  The row padding is zero; the pixel
+// bytes are left unwritten for the reader or conversion that fills them all.  Throws
+// std::bad_alloc.
 void AllocateDib(Dib& dib, int32_t width, int32_t height);
 
-// `samples` becomes `count` zeros.  Throws std::bad_alloc.
-void AllocateSamples(std::vector<uint16_t>& samples, size_t count);
+// `samples` gets room for `count` samples, unwritten: the reader fills every one.
+// Throws std::bad_alloc.
+void AllocateSamples(SampleBuffer& samples, size_t count);
 
 // Stores the chosen file's folder as LastDirectory (bounded to the field).
 void RememberFolder(Model& model, const std::string& chosenPath);

@@ -20,6 +20,7 @@
 #include <memory>
 #include <vector>
 
+#include "model/buffers.h"
 #include "model/menu_state.h"
 #include "model/settings_blocks.h"
 
@@ -46,13 +47,14 @@ struct IntRect {
 // Packed 24-bit display bitmap: top-down rows of Width x 3 bytes in blue, green, red
 // order, each padded with zeros to a multiple of 4 bytes.  Generation changes every
 // time the bits are rewritten, so the drawing layer knows when its cached screen
-// image is stale.
+// image is stale.  Bits does not clear itself when it grows (see model/buffers.h):
+// AllocateDib zeroes the padding, and the readers and conversions write every pixel.
 struct Dib {
   int32_t Width = 0;
   int32_t Height = 0;
   int32_t Stride = 0;
   uint64_t Generation = 0;
-  std::vector<uint8_t> Bits;
+  ByteBuffer Bits;
 
   static int32_t StrideFor(int32_t width) { return (width * 3 + 3) & ~3; }
   bool Empty() const { return Bits.empty(); }
@@ -86,7 +88,7 @@ struct OpticalImageFields {
 
 struct OpticalImageDesc : OpticalImageFields {
   Dib Bitmap;                   // display bitmap (24-bit BGR rows)
-  std::vector<uint8_t> Pixels;  // source pixels as loaded, same row layout as Bitmap
+  ByteBuffer Pixels;  // source pixels as loaded, same row layout as Bitmap
 
   int32_t Length() const { return Height; }
   bool Loaded() const { return Height >= 1; }
@@ -110,7 +112,7 @@ struct RadiographFields {
 
 struct RadiographDesc : RadiographFields {
   Dib Bitmap;
-  std::vector<uint16_t> Samples;  // Width x Height, row after row, display orientation
+  SampleBuffer Samples;  // Width x Height, row after row, display orientation
 
   int32_t Length() const { return Height; }
   bool Loaded() const { return Height >= 1; }

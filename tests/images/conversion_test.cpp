@@ -16,7 +16,7 @@ namespace {
 void MakeRadiograph(RadiographDesc& r, const std::vector<uint16_t>& samples, int width) {
   r.Width = width;
   r.Height = int32_t(samples.size()) / width;
-  r.Samples = samples;
+  r.Samples.assign(samples.begin(), samples.end());
   AllocateDib(r.Bitmap, r.Width, r.Height);
   int m = 0;
   for (uint16_t s : samples) m = std::max<int>(m, s);
@@ -80,13 +80,13 @@ TEST(RadiographDib, UserRegionsClampLimitAndOverwrite) {
   MakeRadiograph(narrow, {100, 200}, 1);
   narrow.Regions[0] = {0, 0, 0, 1, 0, 200};
   UpdateRadiographDib(narrow);
-  EXPECT_EQ(narrow.Bitmap.Bits, (std::vector<uint8_t>{127, 127, 127, 0, 255, 255, 255, 0}));
+  EXPECT_EQ(narrow.Bitmap.Bits, (ByteBuffer{127, 127, 127, 0, 255, 255, 255, 0}));
 }
 
 // The straightforward conversion: region 0 over everything, then each user region
 // painted over it in turn.  The real one writes each pixel once; both must agree.
-std::vector<uint8_t> PaintedByRegions(const RadiographDesc& r) {
-  std::vector<uint8_t> bits(size_t(r.Bitmap.Stride) * size_t(r.Height), 0);
+ByteBuffer PaintedByRegions(const RadiographDesc& r) {
+  ByteBuffer bits(size_t(r.Bitmap.Stride) * size_t(r.Height), 0);
   auto grey = [](int64_t s, int64_t lower, int64_t upper, bool clamp) {
     const int64_t range = upper == lower ? 1 : upper - lower;
     int64_t v = ((s - lower) * 255) / range;
@@ -137,7 +137,7 @@ TEST(RadiographDib, OverlappingRegionsMatchPaintingInTurn) {
       const int x1 = int(next(uint32_t(width + 4))) - 2, y1 = int(next(uint32_t(height + 4))) - 2;
       r.Regions[k] = {x1, y1, x1 + int(next(uint32_t(width + 3))), y1 + int(next(uint32_t(height + 3))), w[0], w[1]};
     }
-    const std::vector<uint8_t> expect = PaintedByRegions(r);
+    const ByteBuffer expect = PaintedByRegions(r);
     UpdateRadiographDib(r);
     ASSERT_EQ(r.Bitmap.Bits, expect) << "round " << round;
     for (int k = 1; k < kRegionCount; ++k)

@@ -313,7 +313,7 @@ TEST(TiffReader, HandMadeFileReads) {
   Model model;
   ScriptedPrompt prompt;
   EXPECT_EQ(ReadFile(model, prompt, path, true).Result, 1);
-  EXPECT_EQ(model.CurRadiograph().Samples, std::vector<uint16_t>(4, 0x0101));
+  EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
 }
 
 TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietly) {
