@@ -2,6 +2,13 @@
 
 #include <tiffio.h>
 
+#if defined(__unix__)
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -88,6 +95,44 @@ struct Source {
   size_t HeaderBytes = 0;
   uint64_t FileSize = 0;
   std::function<TIFF*()> Open;
+  // The whole file in memory (FileSize bytes), when it is to be had; null otherwise.
+  const uint8_t* Bytes = nullptr;
+};
+
+// A file mapped read-only for the life of one read.  Empty when mapping is not possible;
+// the reader then goes through libtiff alone.
+class MappedFile {
+ public:
+  explicit MappedFile(const std::string& path) {
+#if defined(__unix__)
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return;
+    struct stat st {};
+    if (::fstat(fd, &st) == 0 && st.st_size > 0) {
+      void* p = ::mmap(nullptr, size_t(st.st_size), PROT_READ, MAP_PRIVATE, fd, 0);
+      if (p != MAP_FAILED) {
+        data_ = static_cast<const uint8_t*>(p);
+        size_ = uint64_t(st.st_size);
+      }
+    }
+    ::close(fd);
+#else
+    (void)path;
+#endif
+  }
+  ~MappedFile() {
+#if defined(__unix__)
+    if (data_) ::munmap(const_cast<uint8_t*>(data_), size_t(size_));
+#endif
+  }
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+  const uint8_t* Data() const { return data_; }
+  uint64_t Size() const { return size_; }
+
+ private:
+  const uint8_t* data_ = nullptr;
+  uint64_t size_ = 0;
 };
 
 // Where the pixels of an optical image go (see ReadOptical).
@@ -201,6 +246,8 @@ void PlaceRadiographBlock(RadiographDesc& rad, const T* src, size_t srcStride, i
 // TIFF rows are loaded eight samples at a time, transposed in registers and stored as
 // eight pieces of bitmap rows.  The smallest and largest sample are tracked on the same
 // loads, and the scanner's offset bit is flipped on the way when `flip` is set.
+constexpr int64_t kPrefetchColumns = 128;
+
 void TurnBand16(RadiographDesc& rad, const uint16_t* src, size_t srcStride, int64_t r0, int64_t rows, int64_t cols,
                 uint32_t& minimum, uint32_t& maximum, bool flip) {
   const int64_t width = rad.Width;
@@ -219,6 +266,12 @@ void TurnBand16(RadiographDesc& rad, const uint16_t* src, size_t srcStride, int6
     __m128i vlo = _mm_set1_epi16(0x7FFF), vhi = _mm_set1_epi16(-0x8000);
     for (int64_t c = 0; c < fullCols; c += 8) {
       uint16_t* dst = out + size_t((rad.Height - 1 - c) * width + r0);
+      // Every row of the band is a stream of its own, more than the hardware follows:
+      // each row's line a few lines ahead is asked for once.
+      if ((c & 31) == 0 && c + kPrefetchColumns < cols)
+        for (int64_t i = 0; i < fullRows; ++i)
+          _mm_prefetch(reinterpret_cast<const char*>(src + size_t(i) * srcStride + size_t(c + kPrefetchColumns)),
+                       _MM_HINT_T0);
       for (int64_t i = 0; i < fullRows; i += 8) {
         const uint16_t* s = src + size_t(i) * srcStride + size_t(c);
         __m128i a[8];
@@ -269,9 +322,69 @@ void TurnBand16(RadiographDesc& rad, const uint16_t* src, size_t srcStride, int6
   maximum = hi;
 }
 
+// The scanner's own radiographs are uncompressed 16-bit strips in native order, one
+// after another.  Their rows can be turned straight out of the file's bytes instead of
+// being copied row by row into a band first.  Returns the first row of the image, or
+// null when anything is out of the ordinary (libtiff then reads the rows as always, and
+// reports whatever is wrong with them).
+const uint16_t* ContiguousRows16(TIFF* tif, const uint8_t* file, uint64_t fileSize, int64_t tiffWidth,
+                                 int64_t tiffHeight) {
+  if (!file || TIFFIsTiled(tif) || TIFFIsByteSwapped(tif)) return nullptr;
+  uint16_t compression = 0, fillOrder = 0;
+  TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
+  TIFFGetFieldDefaulted(tif, TIFFTAG_FILLORDER, &fillOrder);
+  if (compression != COMPRESSION_NONE || fillOrder != FILLORDER_MSB2LSB) return nullptr;
+  const uint64_t lineBytes = uint64_t(TIFFScanlineSize64(tif));
+  if (lineBytes != uint64_t(tiffWidth) * 2) return nullptr;
+  uint32_t rowsPerStrip = 0;
+  TIFFGetFieldDefaulted(tif, TIFFTAG_ROWSPERSTRIP, &rowsPerStrip);
+  const uint32_t strips = TIFFNumberOfStrips(tif);
+  uint64_t* offsets = nullptr;
+  uint64_t* counts = nullptr;
+  if (rowsPerStrip == 0 || strips == 0 || !TIFFGetField(tif, TIFFTAG_STRIPOFFSETS, &offsets) ||
+      !TIFFGetField(tif, TIFFTAG_STRIPBYTECOUNTS, &counts) || !offsets || !counts)
+    return nullptr;
+  if (uint64_t(strips) * rowsPerStrip < uint64_t(tiffHeight)) return nullptr;
+  const uint64_t first = offsets[0];
+  const uint64_t total = uint64_t(tiffHeight) * lineBytes;
+  if (first > fileSize || total > fileSize - first || reinterpret_cast<uintptr_t>(file + first) % alignof(uint16_t) != 0)
+    return nullptr;
+  for (uint32_t k = 0; k < strips; ++k) {
+    const uint64_t row = uint64_t(k) * rowsPerStrip;
+    if (row >= uint64_t(tiffHeight)) break;
+    const uint64_t rows = std::min<uint64_t>(rowsPerStrip, uint64_t(tiffHeight) - row);
+    if (offsets[k] != first + row * lineBytes || counts[k] < rows * lineBytes) return nullptr;
+  }
+  return reinterpret_cast<const uint16_t*>(file + first);
+}
+
+// Whether the scanner's offset is in the file is known only at the end; the first band
+// is a good guess, and a wrong one costs one more pass (see ApplyOffsetCorrection).
+bool GuessShifted(const uint16_t* band, size_t stride, int64_t rows, int64_t cols) {
+  uint32_t bandMinimum = 65535;
+  for (int64_t i = 0; i < rows; ++i)
+    for (int64_t c = 0; c < cols; ++c) bandMinimum = std::min<uint32_t>(bandMinimum, band[size_t(i) * stride + size_t(c)]);
+  return bandMinimum > 32768;
+}
+
+// A band of a few rows: whole cache lines per bitmap row, small beside the image.
+constexpr int64_t kBandRows = 32;
+
 template <typename T>
 bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, int64_t tiffHeight, uint32_t& minimum,
-                           uint32_t& maximum, bool& shifted) {
+                           uint32_t& maximum, bool& shifted, const Source& source) {
+  if constexpr (sizeof(T) == 2) {
+    if (const uint16_t* rows = ContiguousRows16(tif, source.Bytes, source.FileSize, tiffWidth, tiffHeight)) {
+      const size_t stride = size_t(tiffWidth);
+      for (int64_t r0 = 0; r0 < tiffHeight; r0 += kBandRows) {
+        const int64_t count = std::min(kBandRows, tiffHeight - r0);
+        const uint16_t* band = rows + size_t(r0) * stride;
+        if (r0 == 0) shifted = GuessShifted(band, stride, count, tiffWidth);
+        TurnBand16(rad, band, stride, r0, count, tiffWidth, minimum, maximum, shifted);
+      }
+      return true;
+    }
+  }
   if (TIFFIsTiled(tif)) {
     uint32_t tw = 0, th = 0;
     TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
@@ -292,8 +405,6 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
   }
   const int64_t lineBytes = int64_t(TIFFScanlineSize64(tif));
   if (lineBytes < tiffWidth * int64_t(sizeof(T)) || lineBytes % int64_t(sizeof(T)) != 0) return false;
-  // A band of a few rows: whole cache lines per bitmap row, small beside the image.
-  constexpr int64_t kBandRows = 32;
   const size_t stride = size_t(lineBytes) / sizeof(T);
   std::vector<T> band(stride * size_t(std::min(kBandRows, tiffHeight)));
   for (int64_t r0 = 0; r0 < tiffHeight; r0 += kBandRows) {
@@ -301,15 +412,7 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
     for (int64_t i = 0; i < rows; ++i)
       if (TIFFReadScanline(tif, band.data() + size_t(i) * stride, uint32_t(r0 + i), 0) < 0) return false;
     if constexpr (sizeof(T) == 2) {
-      // Whether the scanner's offset is in the file is known only at the end; the first
-      // band is a good guess, and a wrong one costs one more pass (see ApplyOffsetCorrection).
-      if (r0 == 0) {
-        uint32_t bandMinimum = 65535;
-        for (int64_t i = 0; i < rows; ++i)
-          for (int64_t c = 0; c < tiffWidth; ++c)
-            bandMinimum = std::min<uint32_t>(bandMinimum, band[size_t(i) * stride + size_t(c)]);
-        shifted = bandMinimum > 32768;
-      }
+      if (r0 == 0) shifted = GuessShifted(band.data(), stride, rows, tiffWidth);
       TurnBand16(rad, band.data(), stride, r0, rows, tiffWidth, minimum, maximum, shifted);
     } else {
       PlaceRadiographBlock(rad, band.data(), stride, r0, rows, 0, tiffWidth, minimum, maximum);
@@ -380,7 +483,7 @@ class TiffRead {
     const uint64_t room = compression == COMPRESSION_NONE ? source.FileSize : source.FileSize * 1100;
     if (needed > room) return Fail(msg::kErrorReadingTiff, "", true);
 
-    return radiograph_ ? ReadRadiograph(tif.get(), w, h, bits) : ReadOptical(tif.get(), w, h, bits, planar);
+    return radiograph_ ? ReadRadiograph(tif.get(), w, h, bits, source) : ReadOptical(tif.get(), w, h, bits, planar);
   }
 
  private:
@@ -475,7 +578,7 @@ class TiffRead {
     return {1, true};
   }
 
-  ReadOutcome ReadRadiograph(TIFF* tif, int64_t w, int64_t h, uint16_t bits) {
+  ReadOutcome ReadRadiograph(TIFF* tif, int64_t w, int64_t h, uint16_t bits, const Source& source) {
     WorkingBlock& work = model_.Work();
     work.SampleStep = 1;  // a TIFF radiograph is not resampled
     work.RawLineGroup = 1;
@@ -491,8 +594,8 @@ class TiffRead {
     }
     uint32_t minimum = 64000, maximum = 0;
     bool shifted = false;
-    const bool ok = bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum, shifted)
-                              : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum, shifted);
+    const bool ok = bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum, shifted, source)
+                              : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum, shifted, source);
     if (!ok) return Fail(msg::kErrorReadingTiff, "", true);
     ApplyOffsetCorrection(rad, minimum, maximum, shifted);
     rad.HeightScale = 1.0f;
@@ -549,6 +652,8 @@ ReadOutcome ReadTiffPath(Model& model, Prompt& prompt, const std::string& path, 
     }
   }
   source.Open = [&path] { return TIFFOpen(path.c_str(), "r"); };
+  const MappedFile mapped(path);
+  if (mapped.Data() && mapped.Size() == source.FileSize) source.Bytes = mapped.Data();
   TiffRead read(model, prompt, radiograph, add, choosePlace, kMaxImagePixels);
   return read.Run(source, std::filesystem::path(path).filename().string());
 }
@@ -559,6 +664,7 @@ ReadOutcome ReadTiffMemory(Model& model, Prompt& prompt, const uint8_t* data, si
   source.HeaderBytes = std::min<size_t>(size, sizeof source.Header);
   if (source.HeaderBytes) std::memcpy(source.Header, data, source.HeaderBytes);
   source.FileSize = size;
+  source.Bytes = data;
   MemoryStream stream{data, size, 0};
   source.Open = [&stream] {
     return TIFFClientOpen("memory", "r", &stream, MemRead, MemWrite, MemSeek, MemClose, MemSize, MemMap, MemUnmap);
