@@ -46,7 +46,7 @@ inline std::string ReadBytes(const std::filesystem::path& path) {
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-struct TiffSpec {
+struct TiffLayout {
   uint32_t Width = 1, Height = 1;
   uint16_t Samples = 1, Bits = 16;
   uint16_t Compression = COMPRESSION_NONE;
@@ -55,7 +55,7 @@ struct TiffSpec {
 };
 
 // Writes a TIFF whose sample (row, column, channel) is value(row, column, channel).
-inline void WriteTiff(const std::filesystem::path& path, const TiffSpec& s,
+inline void WriteTiff(const std::filesystem::path& path, const TiffLayout& s,
                       const std::function<uint32_t(uint32_t, uint32_t, uint32_t)>& value) {
   TIFFSetWarningHandler(nullptr);
   TIFF* tif = TIFFOpen(path.string().c_str(), s.BigEndian ? "wb" : "wl");

@@ -17,7 +17,7 @@ namespace sedra {
 namespace {
 
 using test::ScriptedPrompt;
-using test::TiffSpec;
+using test::TiffLayout;
 using test::WriteTiff;
 
 ReadOutcome ReadFile(Model& model, ScriptedPrompt& prompt, const std::filesystem::path& path, bool radiograph,
@@ -102,9 +102,9 @@ TEST_P(TiffTurnedInBlocks, EverySampleInPlaceAndOffsetRuleOverTheWholeFile) {
     if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
     return 32769 + (r * 131 + col * 7) % 30000;
   };
-  TiffSpec spec{w, h, 1, 16};
-  spec.Tile = c.Tiled ? 16 : 0;
-  WriteTiff(path, spec, [&](uint32_t r, uint32_t col, uint32_t) { return value(r, col); });
+  TiffLayout layout{w, h, 1, 16};
+  layout.Tile = c.Tiled ? 16 : 0;
+  WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return value(r, col); });
   Model model;
   ScriptedPrompt prompt;
   ASSERT_TRUE(ReadFile(model, prompt, path, true).PixelsRead);
