@@ -172,6 +172,16 @@ void PlaceOpticalSegment(uint8_t* pixels, const OpticalGeometry& g, int64_t r, c
   }
 }
 
+// A tiled file's tile size and byte counts, checked against what one pixel needs so
+// that a lying directory cannot make the copy loops run past a tile.
+bool TileShape(TIFF* tif, int64_t pixelBytes, uint32_t& tw, uint32_t& th, int64_t& rowBytes, int64_t& tileBytes) {
+  TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
+  TIFFGetField(tif, TIFFTAG_TILELENGTH, &th);
+  rowBytes = int64_t(TIFFTileRowSize64(tif));
+  tileBytes = int64_t(TIFFTileSize64(tif));
+  return tw != 0 && th != 0 && rowBytes >= int64_t(tw) * pixelBytes && tileBytes >= rowBytes * int64_t(th);
+}
+
 template <typename T>
 bool ReadOpticalPixels(TIFF* tif, uint8_t* pixels, const OpticalGeometry& g, int64_t tiffWidth,
                        int64_t tiffHeight, bool separate) {
@@ -181,11 +191,8 @@ bool ReadOpticalPixels(TIFF* tif, uint8_t* pixels, const OpticalGeometry& g, int
   const int64_t pixelBytes = int64_t(sizeof(T)) * pixelStep;
   if (TIFFIsTiled(tif)) {
     uint32_t tw = 0, th = 0;
-    TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
-    TIFFGetField(tif, TIFFTAG_TILELENGTH, &th);
-    const int64_t rowBytes = int64_t(TIFFTileRowSize64(tif));
-    const int64_t tileBytes = int64_t(TIFFTileSize64(tif));
-    if (tw == 0 || th == 0 || rowBytes < int64_t(tw) * pixelBytes || tileBytes < rowBytes * int64_t(th)) return false;
+    int64_t rowBytes = 0, tileBytes = 0;
+    if (!TileShape(tif, pixelBytes, tw, th, rowBytes, tileBytes)) return false;
     std::vector<uint8_t> tile(static_cast<size_t>(tileBytes));
     for (int plane = 0; plane < planes; ++plane)
       for (int64_t y0 = 0; y0 < tiffHeight; y0 += th)
@@ -387,12 +394,8 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
   }
   if (TIFFIsTiled(tif)) {
     uint32_t tw = 0, th = 0;
-    TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tw);
-    TIFFGetField(tif, TIFFTAG_TILELENGTH, &th);
-    const int64_t rowBytes = int64_t(TIFFTileRowSize64(tif));
-    const int64_t tileBytes = int64_t(TIFFTileSize64(tif));
-    if (tw == 0 || th == 0 || rowBytes < int64_t(tw * sizeof(T)) || rowBytes % int64_t(sizeof(T)) != 0 ||
-        tileBytes < rowBytes * int64_t(th))
+    int64_t rowBytes = 0, tileBytes = 0;
+    if (!TileShape(tif, int64_t(sizeof(T)), tw, th, rowBytes, tileBytes) || rowBytes % int64_t(sizeof(T)) != 0)
       return false;
     std::vector<T> tile(size_t(tileBytes) / sizeof(T) + 1);
     for (int64_t y0 = 0; y0 < tiffHeight; y0 += th)
