@@ -122,7 +122,6 @@ int MainWindow::ClientHeight() const { return view_->height(); }
 int MainWindow::ScrollPos() const { return scrollBar_->value(); }
 
 void MainWindow::OnCommand(int id) {
-  PlotState& plot = model_.Plot();
   switch (id) {
     case kCmdExit:
       close();
@@ -177,7 +176,6 @@ void MainWindow::OnCommand(int id) {
       if (auto it = commands_.find(id); it != commands_.end()) it->second();
       break;
   }
-  (void)plot;
   ApplyMenuState();
 }
 
