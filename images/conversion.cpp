@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <thread>
 
 #include "model/model.h"
 
@@ -125,7 +126,7 @@ int UpdateOpticalDib(OpticalImageDesc& opt) {
 
 int UpdateOpticalDib(Model& model) { return UpdateOpticalDib(model.CurOptical()); }
 
-int UpdateRadiographDib(RadiographDesc& rad) {
+int UpdateRadiographDibInBands(RadiographDesc& rad, int bands) {
   Dib& dib = rad.Bitmap;
   const int32_t width = rad.Width, height = rad.Height;
   if (width < 1 || height < 1 || dib.Width != width || dib.Height != height ||
@@ -175,45 +176,60 @@ int UpdateRadiographDib(RadiographDesc& rad) {
   // Each row is written once: it is cut where regions begin and end, and every piece
   // goes through the window of the last region covering it (a later region overwrites
   // an earlier one), or region 0's.  The cuts only change where a region starts or ends.
-  int32_t cuts[2 * kRegionCount + 2];
-  int pieceTable[2 * kRegionCount + 1];
-  int pieceCount = 0;
-  int32_t nextChange = 0;
-  for (int32_t y = 0; y < height; ++y) {
-    if (y == nextChange) {
-      nextChange = height;
-      int cutCount = 0;
-      cuts[cutCount++] = 0;
-      cuts[cutCount++] = width;
-      for (int c = 0; c < coverCount; ++c) {
-        const Cover& cover = covers[c];
-        if (y < cover.Y1) nextChange = std::min(nextChange, cover.Y1);
-        else if (y < cover.Y2) {
-          nextChange = std::min(nextChange, cover.Y2);
-          cuts[cutCount++] = cover.X1;
-          cuts[cutCount++] = cover.X2;
-        }
-      }
-      std::sort(cuts, cuts + cutCount);
-      pieceCount = int(std::unique(cuts, cuts + cutCount) - cuts) - 1;
-      for (int p = 0; p < pieceCount; ++p) {
-        int t = 0;
+  // A band of rows works them out afresh at its first row, reads the tables and covers
+  // only, and writes nothing but its own rows of the bitmap.
+  auto convertRows = [&](int, int64_t firstRow, int64_t endRow) {
+    int32_t cuts[2 * kRegionCount + 2];
+    int pieceTable[2 * kRegionCount + 1];
+    int pieceCount = 0;
+    int32_t nextChange = int32_t(firstRow);
+    for (int32_t y = int32_t(firstRow); y < int32_t(endRow); ++y) {
+      if (y == nextChange) {
+        nextChange = height;
+        int cutCount = 0;
+        cuts[cutCount++] = 0;
+        cuts[cutCount++] = width;
         for (int c = 0; c < coverCount; ++c) {
           const Cover& cover = covers[c];
-          if (y >= cover.Y1 && y < cover.Y2 && cover.X1 <= cuts[p] && cuts[p] < cover.X2) t = cover.Table;
+          if (y < cover.Y1) nextChange = std::min(nextChange, cover.Y1);
+          else if (y < cover.Y2) {
+            nextChange = std::min(nextChange, cover.Y2);
+            cuts[cutCount++] = cover.X1;
+            cuts[cutCount++] = cover.X2;
+          }
         }
-        pieceTable[p] = t;
+        std::sort(cuts, cuts + cutCount);
+        pieceCount = int(std::unique(cuts, cuts + cutCount) - cuts) - 1;
+        for (int p = 0; p < pieceCount; ++p) {
+          int t = 0;
+          for (int c = 0; c < coverCount; ++c) {
+            const Cover& cover = covers[c];
+            if (y >= cover.Y1 && y < cover.Y2 && cover.X1 <= cuts[p] && cuts[p] < cover.X2) t = cover.Table;
+          }
+          pieceTable[p] = t;
+        }
       }
+      const uint16_t* in = rad.Samples.data() + size_t(y) * size_t(width);
+      uint8_t* out = dib.Bits.data() + size_t(y) * stride;
+      for (int p = 0; p < pieceCount; ++p)
+        ConvertRun(in + cuts[p], out + size_t(cuts[p]) * 3, cuts[p + 1] - cuts[p], tables[pieceTable[p]]);
     }
-    const uint16_t* in = rad.Samples.data() + size_t(y) * size_t(width);
-    uint8_t* out = dib.Bits.data() + size_t(y) * stride;
-    for (int p = 0; p < pieceCount; ++p)
-      ConvertRun(in + cuts[p], out + size_t(cuts[p]) * 3, cuts[p + 1] - cuts[p], tables[pieceTable[p]]);
-  }
+  };
+  ForEachRowBand(bands, height, convertRows);
   ++dib.Generation;
   return height;
 }
 
+int UpdateRadiographDib(RadiographDesc& rad) {
+  return UpdateRadiographDibInBands(rad, RowBandCount(int64_t(std::max(rad.Width, 0)) * std::max(rad.Height, 0)));
+}
+
 int UpdateRadiographDib(Model& model) { return UpdateRadiographDib(model.CurRadiograph()); }
+
+int RowBandCount(int64_t samples) {
+  if (samples < (int64_t(1) << 20)) return 1;
+  const unsigned cores = std::thread::hardware_concurrency();  // 0 when unknown
+  return std::clamp(int(std::min(cores, unsigned(kMaxRowBands))), 1, kMaxRowBands);
+}
 
 }  // namespace sedra

@@ -298,6 +298,8 @@ struct AppState {
   // Histogram work buffer (one counter per 16-bit value) and its bin width.
   std::vector<uint32_t> Histogram;
   int32_t HistBinWidth = 1;
+  // Further counters of AutoContrast's bands of rows, kept from one large image to the next.
+  std::vector<uint32_t> HistogramScratch;
 };
 
 // Work storage of the curve computation, allocated once.
