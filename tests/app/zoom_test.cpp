@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "app/zoom.h"
-#include "model/menu_state.h"
 
 namespace sedra {
 namespace {
@@ -54,17 +53,6 @@ TEST(ZoomScroll, RangeAndPositionFollowTheFactor) {
     EXPECT_EQ(z.Position, r.pos);
     EXPECT_EQ(z.ViewTop, r.viewTopAfter);
   }
-}
-
-TEST(ZoomFactorFor, EveryZoomCommand) {
-  EXPECT_EQ(ZoomFactorFor(kCmdZoom100), 1);
-  EXPECT_EQ(ZoomFactorFor(kCmdExpand), 1);
-  EXPECT_EQ(ZoomFactorFor(kCmdZoom200), 2);
-  EXPECT_EQ(ZoomFactorFor(kCmdZoom400), 4);
-  EXPECT_EQ(ZoomFactorFor(kCmdZoom800), 8);
-  EXPECT_EQ(ZoomFactorFor(kCmdZoom1600), 16);
-  EXPECT_EQ(ZoomFactorFor(kCmdZoom3200), 32);
-  EXPECT_EQ(ZoomFactorFor(kCmdNew), 0);
 }
 
 }  // namespace
