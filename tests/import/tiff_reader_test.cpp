@@ -26,110 +26,64 @@ ReadOutcome ReadFile(Model& model, ScriptedPrompt& prompt, const std::filesystem
   return ReadTiffImage(model, prompt, radiograph, add, choose);
 }
 
-uint16_t RadiographAt(const RadiographDesc& r, int row, int col) { return r.Samples[size_t(row) * r.Width + col]; }
+// TIFF row r, column c lands in bitmap row Width - 1 - c, column r.  Larger radiographs
+// are turned in blocks, with the rows and columns the blocks leave done one by one; the
+// offset rule (take 32768 off when every sample is above it) sees every sample.
+struct RadiographCase {
+  const char* Name;
+  uint32_t W, H;
+  uint16_t Bits;
+  int LowRow, LowCol;  // where a sample of 32768 sits; -1: nowhere, every sample is above
+  uint32_t Tile;
+};
 
-TEST(TiffReader, RadiographIsTurnedAQuarterAnticlockwise) {
+class TiffRadiograph : public ::testing::TestWithParam<RadiographCase> {};
+
+TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseWithTheOffsetRule) {
+  const RadiographCase& c = GetParam();
   const auto path = test::ScratchFolder() / "radiograph.tif";
-  // TIFF 5 wide, 3 high: sample = 100 * row + column.
-  WriteTiff(path, {5, 3, 1, 16}, [](uint32_t r, uint32_t c, uint32_t) { return 100 * r + c; });
+  auto value = [&](uint32_t r, uint32_t col) -> uint32_t {
+    if (c.Bits == 8) return (r * 31 + col * 7 + 1) % 256;
+    if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
+    return 32769 + (r * 131 + col * 7) % 30000;
+  };
+  TiffLayout layout{c.W, c.H, 1, c.Bits};
+  layout.Tile = c.Tile;
+  WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return value(r, col); });
   Model model;
   ScriptedPrompt prompt;
   const ReadOutcome out = ReadFile(model, prompt, path, true);
   EXPECT_EQ(out.Result, 1);
-  EXPECT_TRUE(out.PixelsRead);
+  ASSERT_TRUE(out.PixelsRead);
+  EXPECT_TRUE(prompt.Messages.empty());
   const RadiographDesc& rad = model.CurRadiograph();
-  ASSERT_EQ(rad.Width, 3);   // TIFF ImageLength
-  ASSERT_EQ(rad.Height, 5);  // TIFF ImageWidth
-  for (int r = 0; r < 3; ++r)
-    for (int c = 0; c < 5; ++c) EXPECT_EQ(RadiographAt(rad, 5 - 1 - c, r), 100 * r + c) << r << "," << c;
-  EXPECT_EQ(rad.MaxValue, 204);
-  EXPECT_EQ(rad.HeightScale, 1.0f);
-  EXPECT_EQ(rad.Bitmap.Width, 3);
-  EXPECT_EQ(rad.Bitmap.Height, 5);
-  EXPECT_EQ(rad.Bitmap.Stride, 12);
+  ASSERT_EQ(rad.Width, int32_t(c.H));
+  ASSERT_EQ(rad.Height, int32_t(c.W));
+  const uint32_t offset = c.Bits == 16 && c.LowRow < 0 ? 32768 : 0;
+  uint32_t maximum = 0;
+  for (uint32_t r = 0; r < c.H; ++r)
+    for (uint32_t col = 0; col < c.W; ++col) {
+      maximum = std::max(maximum, value(r, col) - offset);
+      ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], value(r, col) - offset) << r << "," << col;
+    }
+  EXPECT_EQ(rad.MaxValue, int32_t(maximum));
   EXPECT_EQ(model.CurSection().RadiographCount, 1);
   EXPECT_EQ(model.App.Work.SampleStep, 1);
   EXPECT_EQ(model.App.Work.RawLineGroup, 1);
-  EXPECT_TRUE(prompt.Messages.empty());
-  ASSERT_EQ(prompt.OpenRequests.size(), 1u);
-  EXPECT_EQ(prompt.OpenRequests[0].Title, "Open TIFF file");
-  EXPECT_EQ(prompt.OpenRequests[0].Filters[0].Name, "TIFF files (*.tif)");
-  EXPECT_EQ(prompt.OpenRequests[0].InitialName, "/radiograph.tif");
   EXPECT_STREQ(model.Settings().SectionFolder, path.parent_path().string().c_str());
 }
 
-struct OffsetCase {
-  const char* Name;
-  uint32_t Low, High;  // samples alternate between the two
-  uint32_t ExpectLow, ExpectMax;
-};
-
-class TiffOffset : public ::testing::TestWithParam<OffsetCase> {};
-
-TEST_P(TiffOffset, ShiftedOnlyWhenEverySampleIsAbove32768) {
-  const OffsetCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "r.tif";
-  WriteTiff(path, {4, 2, 1, 16}, [&](uint32_t r, uint32_t col, uint32_t) { return (r + col) % 2 ? c.High : c.Low; });
-  Model model;
-  ScriptedPrompt prompt;
-  ReadFile(model, prompt, path, true);
-  const RadiographDesc& rad = model.CurRadiograph();
-  EXPECT_EQ(RadiographAt(rad, 3, 0), c.ExpectLow);  // TIFF (0,0)
-  EXPECT_EQ(rad.MaxValue, int32_t(c.ExpectMax));
-}
-
-INSTANTIATE_TEST_SUITE_P(Rows, TiffOffset,
-                         ::testing::Values(OffsetCase{"AllAbove", 32769, 65535, 1, 32767},
-                                           OffsetCase{"OneAt32768", 32768, 40000, 32768, 40000},
-                                           OffsetCase{"Plain", 100, 200, 100, 200}),
-                         [](const auto& i) { return std::string(i.param.Name); });
-
-// Larger radiographs are turned in blocks, with the rows and columns the blocks leave
-// done one by one; the offset rule sees every sample wherever it lies.
-struct BigOffsetCase {
-  const char* Name;
-  int LowRow, LowCol;  // where a sample of 32768 sits; -1: nowhere, every sample is above
-  bool Tiled;
-};
-
-class TiffTurnedInBlocks : public ::testing::TestWithParam<BigOffsetCase> {};
-
-TEST_P(TiffTurnedInBlocks, EverySampleInPlaceAndOffsetRuleOverTheWholeFile) {
-  const BigOffsetCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "big.tif";
-  const uint32_t w = 37, h = 75;
-  auto value = [&](uint32_t r, uint32_t col) -> uint32_t {
-    if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
-    return 32769 + (r * 131 + col * 7) % 30000;
-  };
-  TiffLayout layout{w, h, 1, 16};
-  layout.Tile = c.Tiled ? 16 : 0;
-  WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return value(r, col); });
-  Model model;
-  ScriptedPrompt prompt;
-  ASSERT_TRUE(ReadFile(model, prompt, path, true).PixelsRead);
-  const RadiographDesc& rad = model.CurRadiograph();
-  ASSERT_EQ(rad.Width, int32_t(h));
-  ASSERT_EQ(rad.Height, int32_t(w));
-  const bool shifted = c.LowRow < 0;
-  uint32_t maximum = 0;
-  for (uint32_t r = 0; r < h; ++r)
-    for (uint32_t col = 0; col < w; ++col) {
-      const uint32_t v = value(r, col) - (shifted ? 32768 : 0);
-      maximum = std::max(maximum, v);
-      ASSERT_EQ(RadiographAt(rad, int(w - 1 - col), int(r)), v) << r << "," << col;
-    }
-  EXPECT_EQ(rad.MaxValue, int32_t(maximum));
-}
-
-INSTANTIATE_TEST_SUITE_P(Rows, TiffTurnedInBlocks,
-                         ::testing::Values(BigOffsetCase{"AllAbove", -1, -1, false},
-                                           BigOffsetCase{"LowInFirstRows", 3, 5, false},
-                                           BigOffsetCase{"LowInLaterBlock", 40, 10, false},
-                                           BigOffsetCase{"LowInLastColumns", 50, 35, false},
-                                           BigOffsetCase{"LowInLastRows", 74, 2, false},
-                                           BigOffsetCase{"TiledAllAbove", -1, -1, true},
-                                           BigOffsetCase{"TiledLowLate", 70, 30, true}),
+INSTANTIATE_TEST_SUITE_P(Rows, TiffRadiograph,
+                         ::testing::Values(RadiographCase{"Small", 5, 3, 16, -1, -1, 0},
+                                           RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 1, 2, 0},
+                                           RadiographCase{"EightBitAsItIs", 3, 2, 8, -1, -1, 0},
+                                           RadiographCase{"AllAbove", 37, 75, 16, -1, -1, 0},
+                                           RadiographCase{"LowInFirstRows", 37, 75, 16, 3, 5, 0},
+                                           RadiographCase{"LowInLaterBlock", 37, 75, 16, 40, 10, 0},
+                                           RadiographCase{"LowInLastColumns", 37, 75, 16, 50, 35, 0},
+                                           RadiographCase{"LowInLastRows", 37, 75, 16, 74, 2, 0},
+                                           RadiographCase{"TiledAllAbove", 37, 75, 16, -1, -1, 16},
+                                           RadiographCase{"TiledLowLate", 37, 75, 16, 70, 30, 16}),
                          [](const auto& i) { return std::string(i.param.Name); });
 
 // The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
@@ -214,16 +168,6 @@ TEST(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
   EXPECT_TRUE(prompt.Messages.empty());
 }
 
-TEST(TiffReader, EightBitRadiographIsTakenAsItIs) {
-  const auto path = test::ScratchFolder() / "r8.tif";
-  WriteTiff(path, {3, 2, 1, 8}, [](uint32_t r, uint32_t c, uint32_t) { return 10 * r + c + 1; });
-  Model model;
-  ScriptedPrompt prompt;
-  ReadFile(model, prompt, path, true);
-  EXPECT_EQ(RadiographAt(model.CurRadiograph(), 2, 1), 11);
-  EXPECT_EQ(model.CurRadiograph().MaxValue, 13);
-}
-
 struct RefusalCase {
   const char* Name;
   bool Radiograph;
@@ -260,19 +204,27 @@ TEST_P(TiffRefusal, TellsTheUserAndLeavesNoImage) {
   }
 }
 
-void Rgb(const std::filesystem::path& p, uint16_t samples, uint16_t bits) {
-  WriteTiff(p, {4, 4, samples, bits}, [](uint32_t, uint32_t, uint32_t) { return 1; });
+using FileWriter = std::function<void(const std::filesystem::path&)>;
+
+FileWriter Bytes(const std::string& bytes) {
+  return [bytes](const std::filesystem::path& p) { test::WriteBytes(p, bytes); };
 }
 
-// A little-endian TIFF by hand: 2 x 2, 16-bit grey, with the compression tag given.
-std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes) {
+FileWriter Colour(uint16_t samples, uint16_t bits) {
+  return [=](const std::filesystem::path& p) {
+    WriteTiff(p, {4, 4, samples, bits}, [](uint32_t, uint32_t, uint32_t) { return 1; });
+  };
+}
+
+// A little-endian TIFF by hand: 16-bit grey, 2 x 2 unless told, with the compression tag given.
+std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes, uint16_t width = 2, uint16_t height = 2) {
   std::string b = std::string("II*\0", 4) + std::string("\x08\0\0\0", 4);
   auto u16 = [&](uint16_t v) { b.push_back(char(v & 0xFF)), b.push_back(char(v >> 8)); };
   auto u32 = [&](uint32_t v) { u16(uint16_t(v)), u16(uint16_t(v >> 16)); };
   auto entry = [&](uint16_t tag, uint16_t type, uint32_t value) { u16(tag), u16(type), u32(1), u32(value); };
   u16(7);
-  entry(256, 3, 2);
-  entry(257, 3, 2);
+  entry(256, 3, width);
+  entry(257, 3, height);
   entry(258, 3, 16);
   entry(259, 3, compression);
   entry(273, 4, 8 + 2 + 7 * 12 + 4);
@@ -286,67 +238,45 @@ std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, TiffRefusal,
     ::testing::Values(
-        RefusalCase{"NotATiff", true, [](const auto& p) { test::WriteBytes(p, "GIF89a........"); }, msg::kNotVersion42,
-                    msg::kDefaultCaption, 0},
-        RefusalCase{"TooShort", false, [](const auto& p) { test::WriteBytes(p, "II"); }, msg::kNotVersion42,
-                    msg::kDefaultCaption, 0},
-        RefusalCase{"UnknownCompression", true, [](const auto& p) { test::WriteBytes(p, HandMadeTiff(60000, 8)); },
-                    msg::kCompressed, "", 1},
-        RefusalCase{"GreyAsOptical", false, [](const auto& p) { Rgb(p, 1, 8); }, msg::kExpected3Samples, "", 0},
-        RefusalCase{"ColourAsRadiograph", true, [](const auto& p) { Rgb(p, 3, 8); }, msg::kExpected1Sample, "", 0},
-        RefusalCase{"FourBitOptical", false, [](const auto& p) { Rgb(p, 3, 4); }, msg::kExpectedBits, "", 0},
-        RefusalCase{"TruncatedPixels", true, [](const auto& p) { test::WriteBytes(p, HandMadeTiff(1, 3)); },
-                    msg::kErrorReadingTiff, "", 0},
-        RefusalCase{"HugeClaimInTinyFile", true,
-                    [](const auto& p) {
-                      std::string b = HandMadeTiff(1, 8);
-                      b[8 + 2 + 8] = char(0xFF), b[8 + 2 + 9] = char(0xFF);  // width 65535
-                      b[8 + 2 + 12 + 8] = char(0xFF), b[8 + 2 + 12 + 9] = char(0xFF);
-                      test::WriteBytes(p, b);
-                    },
-                    msg::kErrorReadingTiff, "", 0}),
+        RefusalCase{"NotATiff", true, Bytes("GIF89a........"), msg::kNotVersion42, msg::kDefaultCaption, 0},
+        RefusalCase{"TooShort", false, Bytes("II"), msg::kNotVersion42, msg::kDefaultCaption, 0},
+        RefusalCase{"UnknownCompression", true, Bytes(HandMadeTiff(60000, 8)), msg::kCompressed, "", 1},
+        RefusalCase{"GreyAsOptical", false, Colour(1, 8), msg::kExpected3Samples, "", 0},
+        RefusalCase{"ColourAsRadiograph", true, Colour(3, 8), msg::kExpected1Sample, "", 0},
+        RefusalCase{"FourBitOptical", false, Colour(3, 4), msg::kExpectedBits, "", 0},
+        RefusalCase{"TruncatedPixels", true, Bytes(HandMadeTiff(1, 3)), msg::kErrorReadingTiff, "", 0},
+        RefusalCase{"HugeClaimInTinyFile", true, Bytes(HandMadeTiff(1, 8, 65535, 65535)), msg::kErrorReadingTiff, "", 0}),
     [](const auto& i) { return std::string(i.param.Name); });
 
-TEST(TiffReader, HandMadeFileReads) {
-  const auto path = test::ScratchFolder() / "hand.tif";
-  test::WriteBytes(path, HandMadeTiff(1, 8));
-  Model model;
-  ScriptedPrompt prompt;
-  EXPECT_EQ(ReadFile(model, prompt, path, true).Result, 1);
-  EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
-}
-
-TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietly) {
+TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
   Model model;
   ScriptedPrompt prompt;
   model.CurOptical().Height = 12;
+  EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
   const ReadOutcome out = ReadFile(model, prompt, test::ScratchFolder() / "gone.tif", false);
   EXPECT_EQ(out.Result, 1);
   EXPECT_FALSE(out.PixelsRead);
   EXPECT_TRUE(prompt.Messages.empty());
   EXPECT_EQ(model.CurOptical().Height, 12);
+  ASSERT_EQ(prompt.OpenRequests.size(), 2u);
+  EXPECT_EQ(prompt.OpenRequests[0].Title, "Open TIFF file");
+  EXPECT_EQ(prompt.OpenRequests[0].Filters[0].Name, "TIFF files (*.tif)");
+  EXPECT_EQ(prompt.OpenRequests[0].InitialName, "/radiograph.tif");
+  EXPECT_EQ(prompt.OpenRequests[1].InitialName, "/optical.tif");
 }
 
-TEST(TiffReader, CancelReturnsZero) {
+// The hand-made file the refusals start from reads, unless it needs more than the capacity.
+TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
   Model model;
   ScriptedPrompt prompt;
-  EXPECT_EQ(ReadTiffImage(model, prompt, false, false).Result, 0);
-  EXPECT_EQ(prompt.OpenRequests.at(0).InitialName, "/optical.tif");
-}
-
-TEST(TiffReader, AllocationBeyondCapacityIsRefused) {
-  Model model;
-  ScriptedPrompt prompt;
-  const auto path = test::ScratchFolder() / "r.tif";
-  WriteTiff(path, {64, 64, 1, 16}, [](uint32_t, uint32_t, uint32_t) { return 5; });
-  const std::string bytes = test::ReadBytes(path);
+  const std::string bytes = HandMadeTiff(1, 8);
   const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
-  EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif", {}, 1000).Result, 0);
+  EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif", {}, 3).Result, 0);
   EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kCouldNotAllocate});
   EXPECT_EQ(prompt.Messages[0].Caption, msg::kDefaultCaption);
   EXPECT_FALSE(model.CurRadiograph().Loaded());
   EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif").Result, 1);
-  EXPECT_EQ(model.CurRadiograph().Height, 64);
+  EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
 }
 
 struct FileNameCase {
@@ -380,25 +310,31 @@ INSTANTIATE_TEST_SUITE_P(Rows, TiffFileName,
                                            // 50 + 14 >= 63: the folder alone.
                                            FileNameCase{kLong.c_str(), "", true, kLong}));
 
-TEST(TiffReader, AddModePlacesTheNewRadiographAndRefusesAFourth) {
+TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
   const auto folder = test::ScratchFolder();
   Model model;
   ScriptedPrompt prompt;
-  for (uint32_t i = 1; i <= 3; ++i) {
-    const auto path = folder / ("r" + std::to_string(i) + ".tif");
-    WriteTiff(path, {2, 1, 1, 16}, [=](uint32_t, uint32_t, uint32_t) { return i; });
-    int askedWith = 0;
-    // The second goes left of the first, the third in the middle.
-    const int place = i == 2 ? 0 : 1;
-    ReadFile(model, prompt, path, true, i > 1, [&](int count) {
-      askedWith = count;
-      return place;
-    });
-    if (i > 1) {
-      EXPECT_EQ(askedWith, int(i));
-    }
-  }
+  for (uint32_t i = 1; i <= 3; ++i)
+    WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16}, [=](uint32_t, uint32_t, uint32_t) { return i; });
+  Colour(3, 8)(folder / "rgb.tif");
+  std::vector<int> asked;
+  auto place = [&asked](int where) {
+    return [&asked, where](int count) {
+      asked.push_back(count);
+      return where;
+    };
+  };
   const CoreSection& s = model.CurSection();
+  ReadFile(model, prompt, folder / "r1.tif", true);
+  EXPECT_EQ(ReadFile(model, prompt, folder / "rgb.tif", true, true, place(0)).Result, 0);
+  EXPECT_EQ(s.RadiographCount, 1);
+  EXPECT_EQ(s.Radiographs[0].Samples.at(0), 1);
+  EXPECT_FALSE(s.Radiographs[1].Loaded());
+  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);  // the count, as the scanner software left it
+  // The second goes left of the first, the third in the middle.
+  ReadFile(model, prompt, folder / "r2.tif", true, true, place(0));
+  ReadFile(model, prompt, folder / "r3.tif", true, true, place(1));
+  EXPECT_EQ(asked, (std::vector<int>{2, 2, 3}));
   EXPECT_EQ(s.RadiographCount, 3);
   EXPECT_EQ(s.Radiographs[0].Samples[0], 2);
   EXPECT_EQ(s.Radiographs[1].Samples[0], 3);
@@ -406,24 +342,9 @@ TEST(TiffReader, AddModePlacesTheNewRadiographAndRefusesAFourth) {
   EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
 
   EXPECT_EQ(ReadTiffImage(model, prompt, true, true).Result, 0);
-  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kOnlyThreeRadiographs});
-  EXPECT_EQ(prompt.Messages[0].Caption, msg::kDefaultCaption);
-  EXPECT_EQ(prompt.OpenRequests.size(), 3u);  // no file dialog for the fourth
-}
-
-TEST(TiffReader, RefusedAddGivesThePlaceBack) {
-  const auto folder = test::ScratchFolder();
-  Model model;
-  ScriptedPrompt prompt;
-  WriteTiff(folder / "a.tif", {2, 1, 1, 16}, [](uint32_t, uint32_t, uint32_t) { return 7; });
-  Rgb(folder / "rgb.tif", 3, 8);
-  ReadFile(model, prompt, folder / "a.tif", true);
-  EXPECT_EQ(ReadFile(model, prompt, folder / "rgb.tif", true, true, [](int) { return 0; }).Result, 0);
-  const CoreSection& s = model.CurSection();
-  EXPECT_EQ(s.RadiographCount, 1);
-  EXPECT_EQ(s.Radiographs[0].Samples.at(0), 7);
-  EXPECT_FALSE(s.Radiographs[1].Loaded());
-  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);  // the count, as the scanner software left it
+  EXPECT_EQ(prompt.Texts(), (std::vector<std::string>{msg::kExpected1Sample, msg::kOnlyThreeRadiographs}));
+  EXPECT_EQ(prompt.Messages[1].Caption, msg::kDefaultCaption);
+  EXPECT_EQ(prompt.OpenRequests.size(), 4u);  // no file dialog for the fourth
 }
 
 }  // namespace
