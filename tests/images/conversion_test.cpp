@@ -166,7 +166,6 @@ std::vector<uint16_t> EachTimes(int values, int times) {
 TEST_P(AutoContrastRows, TwoPercentEachSide) {
   const AutoCase& c = GetParam();
   Model model;
-  model.Plot().CurRadiographIndex = 0;
   RadiographDesc& r = model.CurRadiograph();
   MakeRadiograph(r, c.Samples, c.Width);
   r.Regions[2] = c.Region;

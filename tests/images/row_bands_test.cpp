@@ -56,7 +56,6 @@ class RowBands : public ::testing::TestWithParam<BandCase> {};
 TEST_P(RowBands, SameBitmapAndWindowAsOneThread) {
   const BandCase& c = GetParam();
   Model model;
-  model.Plot().CurRadiographIndex = 0;
   model.Work().SampleStep = c.Step;
   RadiographDesc& r = model.CurRadiograph();
   FillRadiograph(r, c.Width, c.Height);

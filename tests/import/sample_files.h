@@ -18,9 +18,9 @@
 namespace sedra::test {
 
 // A fresh folder under the build tree for the running test.
-inline std::filesystem::path ScratchFolder(const std::string& tag = "") {
+inline std::filesystem::path ScratchFolder() {
   const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-  std::string name = std::string(info->test_suite_name()) + "." + info->name() + tag;
+  std::string name = std::string(info->test_suite_name()) + "." + info->name();
   for (char& c : name)
     if (c == '/') c = '_';
   const std::filesystem::path dir = std::filesystem::path(SEDRA_BUILD_DIR) / "test-scratch" / name;
@@ -39,11 +39,6 @@ inline void MakeSampleCore(const std::filesystem::path& folder, const std::strin
 inline void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
   std::ofstream out(path, std::ios::binary);
   out.write(bytes.data(), std::streamsize(bytes.size()));
-}
-
-inline std::string ReadBytes(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 struct TiffLayout {
