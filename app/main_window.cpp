@@ -250,21 +250,15 @@ void MainWindow::OnScrollAction(int action) {
   }
   // The slider has already moved its thumb; our arithmetic decides the position.
   const int thumb = scrollBar_->sliderPosition();
-  const int pos = scrollBar_->value();
-  const int n = ScrollTarget(code, pos, ClientHeight(), scrollBar_->minimum(), scrollBar_->maximum(), thumb);
-  scrollBar_->setSliderPosition(n);
-  if (n != pos) {
-    const PlotState& plot = model_.Plot();
-    const int band = plot.HeaderHeight + plot.TitleHeight + 7;
-    view_->scroll(0, pos - n, view_->rect().adjusted(0, band, 0, 0));
-    view_->update();
-  }
+  scrollBar_->setSliderPosition(scrollBar_->value());
+  OnVScroll(code, thumb);
 }
 
 void MainWindow::OnVScroll(ScrollCode code, int thumb) {
   const int pos = scrollBar_->value();
   const int n = ScrollTarget(code, pos, ClientHeight(), scrollBar_->minimum(), scrollBar_->maximum(), thumb);
   if (n == pos) return;
+  // The band of header and title at the top stays where it is.
   const PlotState& plot = model_.Plot();
   const int band = plot.HeaderHeight + plot.TitleHeight + 7;
   scrollBar_->setValue(n);

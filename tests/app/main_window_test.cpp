@@ -160,6 +160,14 @@ TEST_F(AppTest, ZoomShowsTheScrollBarAndKeysScroll) {
     EXPECT_EQ(w.ScrollPos(), r.want) << r.key;
   }
 
+  // The scroll bar's own arrows and trough follow the same arithmetic.
+  w.VScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
+  EXPECT_EQ(w.ScrollPos(), 0);
+  w.VScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+  EXPECT_EQ(w.ScrollPos(), h / 3 + 1);
+  w.VScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
+  EXPECT_EQ(w.ScrollPos(), h) << "the bottom is the client height";
+
   w.OnCommand(kCmdZoom3200);
   EXPECT_EQ(model->Plot().ZoomFactor, 32);
   EXPECT_EQ(w.VScrollBar()->maximum(), 31 * h);
