@@ -6,6 +6,7 @@
 // count is spread over SampleStep rows, interpolated toward the next count.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "import/read_support.h"
@@ -19,6 +20,9 @@ class Prompt;
 // the view reset to 100% (`resetZoom`), reads.  Result 0 on cancel or refusal; 1 on
 // success and, quietly, when the chosen file cannot be opened.
 ReadOutcome ReadRawRadiograph(Model& model, Prompt& prompt, bool maxRes, const ZoomReset& resetZoom = {});
+
+// Reads the RAW file at `path` (the part of ReadRawRadiograph after the file choice).
+ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, bool maxRes);
 
 // Parses RAW text already in memory into the current radiograph.
 ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes,

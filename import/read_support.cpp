@@ -42,6 +42,8 @@ void AllocateUncleared(std::vector<T, DefaultInitAllocator<T>>& v, size_t count)
 
 void AllocateSamples(SampleBuffer& samples, size_t count) { AllocateUncleared(samples, count); }
 
+void AllocateBytes(ByteBuffer& bytes, size_t count) { AllocateUncleared(bytes, count); }
+
 void AllocateDib(Dib& dib, int32_t width, int32_t height) {
   const int32_t stride = Dib::StrideFor(width);
   AllocateUncleared(dib.Bits, size_t(stride) * size_t(height));

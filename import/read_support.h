@@ -43,6 +43,10 @@ void AllocateDib(Dib& dib, int32_t width, int32_t height);
 // Throws std::bad_alloc.
 void AllocateSamples(SampleBuffer& samples, size_t count);
 
+// `bytes` gets room for `count` bytes, unwritten: for a file's text, read into it at once.
+// Throws std::bad_alloc.
+void AllocateBytes(ByteBuffer& bytes, size_t count);
+
 // Stores the chosen file's folder as LastDirectory (bounded to the field).
 void RememberFolder(Model& model, const std::string& chosenPath);
 

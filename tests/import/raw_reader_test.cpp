@@ -3,6 +3,7 @@
 
 #include "import/raw_reader.h"
 
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include "import/sample_files.h"
 #include "model/messages.h"
 #include "model/model.h"
+#include "support/raw_reference.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra {
@@ -135,6 +137,102 @@ TEST(RawReader, ManyEmptyLinesCannotClaimMoreThanTheCapacity) {
   EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::OkCancel);
   EXPECT_FALSE(model.CurRadiograph().Loaded());
 }
+
+// Text a scanner would never write but a damaged or foreign file may hold: counts of
+// any length, odd separators, every kind of line end, lines far longer than the first,
+// and sometimes no line end at the close.
+std::string UnusualRaw(std::mt19937& rng, int firstTabs) {
+  const auto pick = [&](int n) { return int(rng() % unsigned(n)); };
+  static const char* const kSeparators[] = {"\t", "\t", "\t", " ", "-", ".", std::string_view("\0", 1).data(), "\xC3"};
+  static const char* const kLineEnds[] = {"\n", "\r\n", "\r", "\n\n", "\r\r\n", "\n\r"};
+  std::string text;
+  for (int i = 0; i < firstTabs; ++i) text += std::to_string(rng() % 70000) + "\t";
+  text += "\r\n";
+  const int lines = 1 + pick(90);
+  for (int line = 0; line < lines; ++line) {
+    const int values = pick(4) == 0 ? pick(3 * firstTabs + 2) : firstTabs + pick(2);
+    for (int v = 0; v < values; ++v) {
+      const int digits = pick(10) == 0 ? pick(14) : 1 + pick(5);
+      for (int d = 0; d < digits; ++d) text += char('0' + pick(10));
+      const int s = pick(8);
+      text += s == 6 ? std::string(1, '\0') : std::string(kSeparators[s]);
+    }
+    if (line + 1 < lines || pick(3) != 0) text += kLineEnds[pick(6)];
+  }
+  return text;
+}
+
+// The reader parses blocks of bytes and bands of columns at a time; whatever the text,
+// every sample must be what a plain character-by-character parse gives.
+TEST(RawReader, MatchesAPlainParseOfUnusualText) {
+  std::mt19937 rng(11);
+  Model model;
+  ScriptedPrompt prompt;
+  for (int round = 0; round < 80; ++round) {
+    // Mostly short lines; now and then one long enough to step the resolution down.
+    const int firstTabs = round % 20 == 19 ? 3300 + int(rng() % 8000) : 1 + int(rng() % 300);
+    const std::string text = UnusualRaw(rng, firstTabs);
+    for (bool maxRes : {true, false}) {
+      model.CurSection().RadiographCount = 0;
+      if (!ParseRawRadiograph(model, prompt, text, maxRes).PixelsRead) continue;
+      const RadiographDesc& r = model.CurRadiograph();
+      const int n = int(std::count(text.begin(), text.begin() + int64_t(text.find('\n')), '\t'));
+      const test::RawReference expect = test::ReferenceRawParse(text, n, model.App.Work.SampleStep,
+                                                                model.App.Work.RawLineGroup, r.Width);
+      ASSERT_EQ(size_t(r.Width) * size_t(r.Height), expect.Samples.size()) << round;
+      ASSERT_TRUE(std::equal(expect.Samples.begin(), expect.Samples.end(), r.Samples.begin())) << round << " " << maxRes;
+      EXPECT_EQ(r.MaxValue, expect.MaxValue) << round;
+    }
+  }
+}
+
+struct LargeCase {
+  const char* Name;
+  const char* LineEnd;
+  const char* ThirdLineEnd;  // a line end that makes LFs and lines disagree, early on
+  int Lowest;                // counts run from here for 15 000; from 16 500 every sum of
+                             // two lines is above 32 768: offset data
+};
+
+class RawLarge : public ::testing::TestWithParam<LargeCase> {};
+
+// A file of several megabytes is read and parsed in two halves at once.  The halves
+// meet where the line feeds say; when blank or CR-only lines make lines and line feeds
+// disagree, the first half carries on alone.  Either way, from memory or from the
+// file, every sample is what the plain parse gives.
+TEST_P(RawLarge, HalvesGiveWhatOnePassGives) {
+  std::mt19937 rng(5);
+  std::string text;
+  for (int line = 0; line < 700; ++line) {
+    for (int v = 0; v < 1200; ++v) text += std::to_string(GetParam().Lowest + int(rng() % 15000)) + "\t";
+    text += line == 2 ? GetParam().ThirdLineEnd : GetParam().LineEnd;
+  }
+  ASSERT_GT(text.size(), size_t(4) << 20);
+  const std::filesystem::path path = test::ScratchFolder() / (std::string(GetParam().Name) + ".raw");
+  test::WriteBytes(path, text);
+  Model model;
+  ScriptedPrompt prompt;
+  for (bool fromFile : {false, true}) {
+    model.CurSection().RadiographCount = 0;
+    const ReadOutcome out = fromFile ? ReadRawFile(model, prompt, path.string(), false)
+                                     : ParseRawRadiograph(model, prompt, text, false);
+    ASSERT_TRUE(out.PixelsRead);
+    const RadiographDesc& r = model.CurRadiograph();
+    const test::RawReference expect = test::ReferenceRawParse(text, 1200, 5, 2, r.Width);
+    ASSERT_EQ(size_t(r.Width) * size_t(r.Height), expect.Samples.size());
+    EXPECT_TRUE(std::equal(expect.Samples.begin(), expect.Samples.end(), r.Samples.begin())) << fromFile;
+    EXPECT_EQ(r.MaxValue, expect.MaxValue);
+  }
+  EXPECT_TRUE(prompt.Messages.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, RawLarge,
+                         ::testing::Values(LargeCase{"CrLf", "\r\n", "\r\n", 100},
+                                           LargeCase{"Lf", "\n", "\n", 100},
+                                           LargeCase{"BlankLine", "\r\n", "\n\n", 100},
+                                           LargeCase{"CrOnlyLine", "\r\n", "\r", 100},
+                                           LargeCase{"OffsetData", "\r\n", "\r\n", 16500}),
+                         [](const auto& i) { return std::string(i.param.Name); });
 
 TEST(RawReader, UnopenableFileIsPassedOverQuietly) {
   Model model;
