@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "bench/bench_support.h"
@@ -75,34 +76,60 @@ BENCHMARK(BM_ReadTiffSamples)->Unit(benchmark::kMillisecond);
 void BM_LoadTiffToBitmap(benchmark::State& state) { ReadBigRadiograph(state, true); }
 BENCHMARK(BM_LoadTiffToBitmap)->Unit(benchmark::kMillisecond);
 
+size_t CountLineFeeds(std::string_view text) {
+  size_t lines = 0;
+  for (const char *p = text.data(), *end = p + text.size(); p < end; ++lines) {
+    const void* lf = std::memchr(p, '\n', size_t(end - p));
+    if (!lf) break;
+    p = static_cast<const char*>(lf) + 1;
+  }
+  return lines;
+}
+
+// The RAW pairs: counting line feeds against parsing and resampling at HighRes (5 rows
+// per count, 2 lines per column), once on text already in memory and once from the
+// file, where both read it whole first.
 void BM_RawCountLineFeeds(benchmark::State& state) {
   const std::string text = ReadAll(BigRaw());
-  for (auto _ : state) {
-    size_t lines = 0;
-    for (const char *p = text.data(), *end = p + text.size(); p < end; ++lines) {
-      const void* lf = std::memchr(p, '\n', size_t(end - p));
-      if (!lf) break;
-      p = static_cast<const char*>(lf) + 1;
-    }
-    benchmark::DoNotOptimize(lines);
-  }
+  for (auto _ : state) benchmark::DoNotOptimize(CountLineFeeds(text));
   state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(text.size()));
 }
 BENCHMARK(BM_RawCountLineFeeds)->Unit(benchmark::kMillisecond);
 
-// Parsing and resampling at HighRes (5 rows per count, 2 lines per column).
 void BM_RawParseAndResample(benchmark::State& state) {
   const std::string text = ReadAll(BigRaw());
   Model& model = SharedModel();
   FixedPrompt prompt;
   for (auto _ : state) {
     model.CurSection().RadiographCount = 0;
-    const ReadOutcome out = ParseRawRadiograph(model, prompt, text, false);
-    if (!out.PixelsRead) state.SkipWithError("parse failed");
+    if (!ParseRawRadiograph(model, prompt, text, false).PixelsRead) state.SkipWithError("parse failed");
   }
   state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(text.size()));
 }
 BENCHMARK(BM_RawParseAndResample)->Unit(benchmark::kMillisecond);
+
+void BM_RawFileCountLineFeeds(benchmark::State& state) {
+  const auto path = BigRaw();
+  for (auto _ : state) {
+    std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "rb"), &std::fclose);
+    ByteBuffer text;
+    AllocateBytes(text, std::filesystem::file_size(path));
+    text.resize(std::fread(text.data(), 1, text.size(), f.get()));
+    benchmark::DoNotOptimize(CountLineFeeds(std::string_view(reinterpret_cast<const char*>(text.data()), text.size())));
+  }
+}
+BENCHMARK(BM_RawFileCountLineFeeds)->Unit(benchmark::kMillisecond);
+
+void BM_RawFileRead(benchmark::State& state) {
+  const auto path = BigRaw();
+  Model& model = SharedModel();
+  FixedPrompt prompt;
+  for (auto _ : state) {
+    model.CurSection().RadiographCount = 0;
+    if (!ReadRawFile(model, prompt, path.string(), false).PixelsRead) state.SkipWithError("read failed");
+  }
+}
+BENCHMARK(BM_RawFileRead)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace sedra::bench
