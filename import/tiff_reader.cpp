@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <memory>
 #include <new>
+#include <thread>
 #include <vector>
 
 #include "model/messages.h"
@@ -377,17 +378,40 @@ bool GuessShifted(const uint16_t* band, size_t stride, int64_t rows, int64_t col
 // A band of a few rows: whole cache lines per bitmap row, small beside the image.
 constexpr int64_t kBandRows = 32;
 
+// From this many samples on, a second thread is worth starting.
+constexpr int64_t kTwoThreadSamples = int64_t(1) << 20;
+
 template <typename T>
 bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, int64_t tiffHeight, uint32_t& minimum,
                            uint32_t& maximum, bool& shifted, const Source& source) {
   if constexpr (sizeof(T) == 2) {
     if (const uint16_t* rows = ContiguousRows16(tif, source.Bytes, source.FileSize, tiffWidth, tiffHeight)) {
       const size_t stride = size_t(tiffWidth);
-      for (int64_t r0 = 0; r0 < tiffHeight; r0 += kBandRows) {
-        const int64_t count = std::min(kBandRows, tiffHeight - r0);
-        const uint16_t* band = rows + size_t(r0) * stride;
-        if (r0 == 0) shifted = GuessShifted(band, stride, count, tiffWidth);
-        TurnBand16(rad, band, stride, r0, count, tiffWidth, minimum, maximum, shifted);
+      shifted = GuessShifted(rows, stride, std::min(kBandRows, tiffHeight), tiffWidth);
+      const auto turn = [&](int64_t from, int64_t to, uint32_t& lo, uint32_t& hi) {
+        for (int64_t r0 = from; r0 < to; r0 += kBandRows)
+          TurnBand16(rad, rows + size_t(r0) * stride, stride, r0, std::min(kBandRows, to - r0), tiffWidth, lo, hi,
+                     shifted);
+      };
+      // A large image is turned in two halves at once; each half fills its own
+      // bitmap columns.
+      const int64_t half = tiffWidth * tiffHeight >= kTwoThreadSamples && std::thread::hardware_concurrency() > 1
+                               ? tiffHeight / 2 / kBandRows * kBandRows
+                               : 0;
+      uint32_t backLo = minimum, backHi = maximum;
+      std::thread second;
+      if (half > 0) {
+        try {
+          second = std::thread(turn, half, tiffHeight, std::ref(backLo), std::ref(backHi));
+        } catch (const std::exception&) {
+          // One thread turns it all.
+        }
+      }
+      turn(0, second.joinable() ? half : tiffHeight, minimum, maximum);
+      if (second.joinable()) {
+        second.join();
+        minimum = std::min(minimum, backLo);
+        maximum = std::max(maximum, backHi);
       }
       return true;
     }
