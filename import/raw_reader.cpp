@@ -503,15 +503,20 @@ ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, b
         // No second thread: this one reads it all.
       }
     }
-    size_t got = ReadCounting(file.get(), text, 0, second.joinable() ? half : text.size(), feeds);
-    if (second.joinable()) {
-      second.join();
-      if (backFailed) throw std::bad_alloc();
-      // A file that shrank while it was read ends where its first half stopped short.
-      if (got == half) {
-        feeds.Append(back);
-        got += backRead;
-      }
+    const bool halves = second.joinable();
+    size_t got = 0;
+    bool frontFailed = false;
+    try {
+      got = ReadCounting(file.get(), text, 0, halves ? half : text.size(), feeds);
+    } catch (const std::bad_alloc&) {
+      frontFailed = true;  // told once the second thread is done
+    }
+    if (halves) second.join();
+    if (frontFailed || backFailed) throw std::bad_alloc();
+    // A file that shrank while it was read ends where its first half stopped short.
+    if (halves && got == half) {
+      feeds.Append(back);
+      got += backRead;
     }
     text.resize(got);
   } catch (const std::bad_alloc&) {
