@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <thread>
 
 #include "model/model.h"
 
@@ -225,11 +224,5 @@ int UpdateRadiographDib(RadiographDesc& rad) {
 }
 
 int UpdateRadiographDib(Model& model) { return UpdateRadiographDib(model.CurRadiograph()); }
-
-int RowBandCount(int64_t samples) {
-  if (samples < (int64_t(1) << 20)) return 1;
-  const unsigned cores = std::thread::hardware_concurrency();  // 0 when unknown
-  return std::clamp(int(std::min(cores, unsigned(kMaxRowBands))), 1, kMaxRowBands);
-}
 
 }  // namespace sedra

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <memory>
 #include <new>
-#include <thread>
 #include <vector>
 
 #if defined(__SSE2__)
@@ -15,6 +14,7 @@
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/prompt.h"
+#include "model/row_bands.h"
 
 namespace sedra {
 namespace {
@@ -213,12 +213,9 @@ void ParseGroups(const RawImage& image, const char* from, int64_t first, int64_t
   seen.End = raw.Position();
 }
 
-// Below this much text a second thread costs more than it saves.
-constexpr size_t kSplitBytes = size_t(4) << 20;
-
 // The line feeds of a RAW text: how many, where the first is, and where every
-// kMarkEvery-th ends, so that the second half's thread finds its first line at once.
-// Counted while the file is read, a block at a time as it arrives.
+// kMarkEvery-th ends, so that the thread of each band of columns finds its first line
+// at once.  Counted while the file is read, a block at a time as it arrives.
 class LineFeeds {
  public:
   static constexpr int64_t kMarkEvery = 256;
@@ -355,6 +352,9 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
     prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::OkCancel);
     return {};
   }
+  // Columns are parsed in bands of line groups, one thread each for a large image.
+  const int64_t units = (width + kBand - 1) / kBand;  // of kBand line groups
+  const int bands = int(std::clamp<int64_t>(std::min<int64_t>(RowBandCount(width * height), units), 1, kMaxRowBands));
   std::vector<uint16_t> counts;
   try {
     AllocateDib(rad.Bitmap, int32_t(width), int32_t(height));
@@ -365,7 +365,7 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   }
   try {
     AllocateSamples(rad.Samples, size_t(width * height));
-    counts.assign(size_t(n) * kBand, 0);
+    counts.assign(size_t(bands) * size_t(n) * kBand, 0);
   } catch (const std::bad_alloc&) {
     rad.Clear();
     prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::Ok);
@@ -373,48 +373,40 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   }
   const RawImage image{text, n, group, width, expand, rad.Samples.data()};
 
-  // A large file is parsed in two halves at once.  The second half starts after the
-  // LF that ends its first line group, which is where the first half ends as long as
-  // every LF ends exactly one line.  In a file with CR-only or blank lines the first
-  // half ends elsewhere; then it parses on over the second half's columns itself.
-  const bool twoThreads = text.size() >= kSplitBytes && std::thread::hardware_concurrency() > 1;
-  const int64_t split = twoThreads ? kBand * (width / kBand / 2) : 0;
-  GroupsParsed front, back;
-  bool parsed = false;
-  if (split > 0) {
-    std::vector<uint16_t> backCounts;
-    const char* backFrom = nullptr;
-    std::thread second;
-    try {
-      backCounts.assign(counts.size(), 0);
-      second = std::thread([&] {
-        const char* from = feeds.After(text, split * group);
-        backFrom = from;
-        ParseGroups(image, from, split, width, backCounts.data(), back);
-      });
-    } catch (const std::exception&) {
-      // No second thread to be had, or no room for its counts: one thread does it all.
+  // Each band starts after the LF that ends the line group before it, which is where
+  // the band before ends as long as every LF ends exactly one line.  In a file with
+  // CR-only or blank lines some band ends elsewhere; from there the rest is parsed once
+  // more, on this thread.
+  struct Band {
+    int64_t First = 0;
+    const char* From = nullptr;
+    GroupsParsed Seen;
+  } parts[kMaxRowBands];
+  ForEachRowBand(bands, units, [&](int band, int64_t from, int64_t to) {
+    Band& part = parts[band];
+    part.First = from * kBand;
+    part.From = band == 0 ? text.data() : feeds.After(text, part.First * group);
+    ParseGroups(image, part.From, part.First, std::min(to * kBand, width),
+                counts.data() + size_t(band) * size_t(n) * kBand, part.Seen);
+  });
+  for (int band = 1; band < bands; ++band)
+    if (parts[band - 1].Seen.End != parts[band].From) {
+      GroupsParsed rest;
+      ParseGroups(image, parts[band - 1].Seen.End, parts[band].First, width, counts.data(), rest);
+      parts[band].Seen = rest;
+      for (int later = band + 1; later < bands; ++later) parts[later].Seen = GroupsParsed{};
+      break;
     }
-    if (second.joinable()) {
-      ParseGroups(image, text.data(), 0, split, counts.data(), front);
-      second.join();
-      if (front.End != backFrom) {
-        back = GroupsParsed{};
-        ParseGroups(image, front.End, split, width, counts.data(), back);
-      }
-      parsed = true;
-    }
+  uint16_t lo = 65535, hi = 0;
+  for (const Band& part : parts) {
+    lo = std::min(lo, *std::min_element(part.Seen.Lo, part.Seen.Lo + kBand));
+    hi = std::max(hi, *std::max_element(part.Seen.Hi, part.Seen.Hi + kBand));
   }
-  if (!parsed) ParseGroups(image, text.data(), 0, width, counts.data(), front);
-  const uint32_t minimum =
-      std::min<uint32_t>(64000, std::min(*std::min_element(front.Lo, front.Lo + kBand),
-                                         *std::min_element(back.Lo, back.Lo + kBand)));
-  const uint32_t maximum =
-      std::max(*std::max_element(front.Hi, front.Hi + kBand), *std::max_element(back.Hi, back.Hi + kBand));
-
-  // The rows between the counts, in two halves at once for a large file.  The offset
-  // test needs only the counts, so the rows are written already corrected, and the
-  // count rows are put right after.
+  const uint32_t minimum = std::min<uint32_t>(64000, lo);
+  const uint32_t maximum = hi;
+  // The rows between the counts, in bands on several threads for a large image.  The
+  // offset test needs only the counts, so these rows are written already corrected, and
+  // the count rows are put right after.
   const bool offset = minimum > 32768;
   const uint16_t flip = offset ? kOffsetBit : 0;
   ExpandFunction expandRows = nullptr;
@@ -424,19 +416,10 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
     case 3: expandRows = ExpandRows<3>; break;
     default: break;  // one row per count: nothing in between
   }
-  if (expandRows) {
-    std::thread second;
-    const int half = twoThreads ? n / 2 : 0;
-    if (half > 0) {
-      try {
-        second = std::thread(expandRows, rad.Samples.data(), n, width, half, n, flip);
-      } catch (const std::exception&) {
-        // One thread does all the rows.
-      }
-    }
-    expandRows(rad.Samples.data(), n, width, 0, second.joinable() ? half : n, flip);
-    if (second.joinable()) second.join();
-  }
+  if (expandRows)
+    ForEachRowBand(RowBandCount(width * height), n, [&](int, int64_t from, int64_t to) {
+      expandRows(rad.Samples.data(), n, width, int(from), int(to), flip);
+    });
   if (offset)
     for (int64_t j = 0; j < n; ++j)
       for (uint16_t *s = rad.Samples.data() + j * expand * width, *end = s + width; s < end; ++s)
@@ -479,44 +462,42 @@ ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, b
     const long size = std::ftell(file.get());
     if (size < 0 || std::fseek(file.get(), 0, SEEK_SET) != 0) return {1, false};
     AllocateBytes(text, size_t(size));
-    // A large file is read in two halves at once, through a second handle.
-    const size_t half = text.size() >= kSplitBytes ? text.size() / 2 : text.size();
-    std::unique_ptr<FILE, int (*)(FILE*)> other(nullptr, &std::fclose);
-    if (half < text.size() && std::thread::hardware_concurrency() > 1) {
-      other.reset(std::fopen(path.c_str(), "rb"));
-      if (other && std::fseek(other.get(), long(half), SEEK_SET) != 0) other.reset();
-    }
-    LineFeeds back;
-    size_t backRead = 0;
-    bool backFailed = false;
-    std::thread second;
-    if (other) {
+    // A large file is read in bands on several threads, each through a handle of its
+    // own, with its line feeds counted on the way.
+    struct Piece {
+      size_t Begin = 0, End = 0, Read = 0;
+      LineFeeds Feeds;
+      bool NoMemory = false;
+    } pieces[kMaxRowBands];
+    ForEachRowBand(RowBandCount(size), size, [&](int band, int64_t from, int64_t to) {
+      Piece& piece = pieces[band];
+      piece.Begin = size_t(from);
+      piece.End = size_t(to);
+      std::unique_ptr<FILE, int (*)(FILE*)> own(band == 0 ? nullptr : std::fopen(path.c_str(), "rb"), &std::fclose);
+      FILE* f = band == 0 ? file.get() : own.get();
+      if (!f || std::fseek(f, long(from), SEEK_SET) != 0) return;
       try {
-        second = std::thread([&] {
-          try {
-            backRead = ReadCounting(other.get(), text, half, text.size(), back);
-          } catch (const std::bad_alloc&) {
-            backFailed = true;
-          }
-        });
-      } catch (const std::exception&) {
-        // No second thread: this one reads it all.
+        piece.Read = ReadCounting(f, text, piece.Begin, piece.End, piece.Feeds);
+      } catch (const std::bad_alloc&) {
+        piece.NoMemory = true;
       }
-    }
-    const bool halves = second.joinable();
+    });
     size_t got = 0;
-    bool frontFailed = false;
-    try {
-      got = ReadCounting(file.get(), text, 0, halves ? half : text.size(), feeds);
-    } catch (const std::bad_alloc&) {
-      frontFailed = true;  // told once the second thread is done
-    }
-    if (halves) second.join();
-    if (frontFailed || backFailed) throw std::bad_alloc();
-    // A file that shrank while it was read ends where its first half stopped short.
-    if (halves && got == half) {
-      feeds.Append(back);
-      got += backRead;
+    for (const Piece& piece : pieces) {
+      if (piece.NoMemory) throw std::bad_alloc();
+      if (piece.End == piece.Begin) break;  // no more bands
+      feeds.Append(piece.Feeds);
+      got += piece.Read;
+      if (piece.Read < piece.End - piece.Begin) {
+        // The band stopped short: it had no handle, or the file shrank while it was
+        // read.  The rest is read here, from where it stopped, as far as it goes.
+        if (std::fseek(file.get(), long(got), SEEK_SET) == 0) {
+          LineFeeds rest;
+          got += ReadCounting(file.get(), text, got, text.size(), rest);
+          feeds.Append(rest);
+        }
+        break;
+      }
     }
     text.resize(got);
   } catch (const std::bad_alloc&) {

@@ -19,12 +19,12 @@
 #include <filesystem>
 #include <memory>
 #include <new>
-#include <thread>
 #include <vector>
 
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/prompt.h"
+#include "model/row_bands.h"
 
 namespace sedra {
 namespace {
@@ -378,9 +378,6 @@ bool GuessShifted(const uint16_t* band, size_t stride, int64_t rows, int64_t col
 // A band of a few rows: whole cache lines per bitmap row, small beside the image.
 constexpr int64_t kBandRows = 32;
 
-// From this many samples on, a second thread is worth starting.
-constexpr int64_t kTwoThreadSamples = int64_t(1) << 20;
-
 template <typename T>
 bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, int64_t tiffHeight, uint32_t& minimum,
                            uint32_t& maximum, bool& shifted, const Source& source) {
@@ -388,31 +385,19 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
     if (const uint16_t* rows = ContiguousRows16(tif, source.Bytes, source.FileSize, tiffWidth, tiffHeight)) {
       const size_t stride = size_t(tiffWidth);
       shifted = GuessShifted(rows, stride, std::min(kBandRows, tiffHeight), tiffWidth);
-      const auto turn = [&](int64_t from, int64_t to, uint32_t& lo, uint32_t& hi) {
-        for (int64_t r0 = from; r0 < to; r0 += kBandRows)
-          TurnBand16(rad, rows + size_t(r0) * stride, stride, r0, std::min(kBandRows, to - r0), tiffWidth, lo, hi,
-                     shifted);
-      };
-      // A large image is turned in two halves at once; each half fills its own
-      // bitmap columns.
-      const int64_t half = tiffWidth * tiffHeight >= kTwoThreadSamples && std::thread::hardware_concurrency() > 1
-                               ? tiffHeight / 2 / kBandRows * kBandRows
-                               : 0;
-      uint32_t backLo = minimum, backHi = maximum;
-      std::thread second;
-      if (half > 0) {
-        try {
-          second = std::thread(turn, half, tiffHeight, std::ref(backLo), std::ref(backHi));
-        } catch (const std::exception&) {
-          // One thread turns it all.
-        }
-      }
-      turn(0, second.joinable() ? half : tiffHeight, minimum, maximum);
-      if (second.joinable()) {
-        second.join();
-        minimum = std::min(minimum, backLo);
-        maximum = std::max(maximum, backHi);
-      }
+      // A large image is turned in bands of TIFF rows on several threads; each band
+      // fills its own bitmap columns and keeps its own extremes.
+      uint32_t lo[kMaxRowBands], hi[kMaxRowBands];
+      std::fill(lo, lo + kMaxRowBands, minimum);
+      std::fill(hi, hi + kMaxRowBands, maximum);
+      const int64_t blocks = (tiffHeight + kBandRows - 1) / kBandRows;  // of kBandRows rows
+      ForEachRowBand(RowBandCount(tiffWidth * tiffHeight), blocks, [&](int band, int64_t from, int64_t to) {
+        for (int64_t r0 = from * kBandRows; r0 < std::min(to * kBandRows, tiffHeight); r0 += kBandRows)
+          TurnBand16(rad, rows + size_t(r0) * stride, stride, r0, std::min(kBandRows, tiffHeight - r0), tiffWidth,
+                     lo[band], hi[band], shifted);
+      });
+      minimum = *std::min_element(lo, lo + kMaxRowBands);
+      maximum = *std::max_element(hi, hi + kMaxRowBands);
       return true;
     }
   }

@@ -145,8 +145,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, TiffOptical,
                          [](const auto& i) { return std::string(i.param.Name); });
 
 // Files libtiff decodes for us must give exactly the samples of the plain file.
-// The scanner's own layout is read straight from the file (a large image in two halves
-// at once); every other layout goes through libtiff.  All give the same image.
+// The scanner's own layout is read straight from the file (a large image in bands
+// on several threads); every other layout goes through libtiff.  All give the same image.
 TEST(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
   const auto base = test::ScratchFolder();
   const struct {
