@@ -61,14 +61,7 @@ bool ScanInt(std::string_view text, int32_t& value) {
 }
 
 // "%f": false (value untouched) when the text does not start with a number.
-bool ScanFloat(std::string_view text, float& value) {
-  const std::string copy(text);
-  char* end = nullptr;
-  const float v = std::strtof(copy.c_str(), &end);
-  if (end == copy.c_str()) return false;
-  value = v;
-  return true;
-}
+bool ScanFloat(std::string_view text, float& value) { return LeadingReal(text, value); }
 
 template <size_t N>
 void Store(char (&field)[N], std::string_view text) {

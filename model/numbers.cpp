@@ -1,5 +1,7 @@
 #include "model/numbers.h"
 
+#include <locale.h>
+
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -16,7 +18,36 @@ int32_t RoundToInt(double x) {
   return static_cast<int32_t>(r);
 }
 
+namespace {
+
+// Formatting in the "C" locale for the length of one call.  The desktop's toolkit
+// switches the C library to the user's locale at start-up, where 1.5 prints as "1,5".
+class CNumbers {
+ public:
+  CNumbers() {
+#if defined(__unix__) || defined(__APPLE__)
+    static const locale_t c = newlocale(LC_ALL_MASK, "C", locale_t(0));
+    if (c) previous_ = uselocale(c);
+#endif
+  }
+  ~CNumbers() {
+#if defined(__unix__) || defined(__APPLE__)
+    if (previous_) uselocale(previous_);
+#endif
+  }
+  CNumbers(const CNumbers&) = delete;
+  CNumbers& operator=(const CNumbers&) = delete;
+
+ private:
+#if defined(__unix__) || defined(__APPLE__)
+  locale_t previous_ = locale_t(0);
+#endif
+};
+
+}  // namespace
+
 std::string Format(const char* fmt, ...) {
+  const CNumbers cLocale;
   char buf[512];
   va_list ap;
   va_start(ap, fmt);
@@ -41,6 +72,27 @@ int32_t LeadingInt(const std::string& text) {
   if (v > INT32_MAX) return INT32_MAX;
   if (v < INT32_MIN) return INT32_MIN;
   return static_cast<int32_t>(v);
+}
+
+namespace {
+template <typename Real, typename Parse>
+bool ParseLeading(std::string_view text, Real& value, Parse parse) {
+  const CNumbers cLocale;
+  const std::string copy(text);
+  char* end = nullptr;
+  const Real v = parse(copy.c_str(), &end);
+  if (end == copy.c_str()) return false;
+  value = v;
+  return true;
+}
+}  // namespace
+
+bool LeadingReal(std::string_view text, double& value) {
+  return ParseLeading(text, value, [](const char* s, char** end) { return std::strtod(s, end); });
+}
+
+bool LeadingReal(std::string_view text, float& value) {
+  return ParseLeading(text, value, [](const char* s, char** end) { return std::strtof(s, end); });
 }
 
 bool ParseDate(Date& out, const std::string& text, Prompt* prompt) {

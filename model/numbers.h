@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace sedra {
 
@@ -24,10 +25,17 @@ std::string FormatScaleValue(double x, double r);
 // Removes the leading zero of a three-digit exponent ("1.5e+006" -> "1.5e+6").
 std::string TrimExponent(std::string s);
 
-// printf into a std::string.
+// printf into a std::string.  Numbers are written with a decimal point whatever the
+// user's locale: plot labels and files never take a comma.
 std::string Format(const char* fmt, ...) __attribute__((format(printf, 1, 2)));
 
 // Leading signed integer of a text (GetDlgItemInt semantics): 0 when there is none.
 int32_t LeadingInt(const std::string& text);
+
+// The leading real number of a text, as "%f" reads it (blanks skipped, a sign, digits,
+// a decimal point): false, and `value` untouched, when the text does not start with
+// one.  The decimal point is always ".", whatever the user's locale.
+bool LeadingReal(std::string_view text, double& value);
+bool LeadingReal(std::string_view text, float& value);
 
 }  // namespace sedra

@@ -2,6 +2,7 @@
 
 #include "model/messages.h"
 #include "model/numbers.h"
+#include "support/german_numbers.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra {
@@ -74,6 +75,30 @@ TEST(FormatScaleValue, DigitsFollowTheRange) {
       {1.0e12, 1e12, "1.0e+2"},  // an exponent of 012 loses a digit, as it always has
   };
   for (const Row& r : rows) EXPECT_EQ(FormatScaleValue(r.x, r.r), r.text) << r.x << " " << r.r;
+}
+
+// A German desktop switches the C library to a decimal comma; labels, files and typed
+// depths keep the point.
+TEST(Numbers, ReadAndWrittenWithAPointWhateverTheLocale) {
+  test::GermanNumbers german;
+  ASSERT_TRUE(german.Active()) << "no German locale could be made (localedef and the locales package)";
+  EXPECT_EQ(Format("%3.1f cm", 1.5), "1.5 cm");
+  EXPECT_EQ(FormatScaleValue(1.5, 2), " 1.5");
+  EXPECT_EQ(FormatScaleValue(0.5, 0.005), "5.0e-1");
+  struct Row {
+    const char* text;
+    bool read;
+    double value;
+  } rows[] = {{"100.5", true, 100.5}, {"  -2.25 mm", true, -2.25}, {"+7.5", true, 7.5}, {"1,5", true, 1.0},
+              {"abc", false, 42.0},   {"", false, 42.0}};
+  for (const Row& r : rows) {
+    double d = 42.0;
+    float f = 42.0f;
+    EXPECT_EQ(LeadingReal(r.text, d), r.read) << r.text;
+    EXPECT_EQ(LeadingReal(r.text, f), r.read) << r.text;
+    EXPECT_DOUBLE_EQ(d, r.value) << r.text;
+    EXPECT_FLOAT_EQ(f, float(r.value)) << r.text;
+  }
 }
 
 }  // namespace
