@@ -13,13 +13,16 @@
 #include <QScrollBar>
 #include <QTimer>
 
-#include "app/dialogs.h"
 #include "app/menu_table.h"
 #include "app/plot_view.h"
+#include "app/window_rect.h"
+#include "interact/expand_dialog.h"
 #include "model/core.h"
+#include "model/menu_rules.h"
 #include "model/menu_state.h"
 #include "model/model.h"
 #include "model/settings_files.h"
+#include "ui/tool_dialog.h"
 
 namespace sedra {
 
@@ -27,13 +30,14 @@ MainWindow::MainWindow(Model& model, Prompt& prompt, std::filesystem::path workF
     : QMainWindow(parent), model_(model), prompt_(prompt), workFolder_(std::move(workFolder)) {
   setObjectName(QStringLiteral("SedraPlotClass"));
   setWindowTitle(QStringLiteral("Sedra Data Plot"));
+  setWindowIcon(QIcon(QStringLiteral(":/icons/sedra-plot.png")));
   setAcceptDrops(true);
 
   auto* central = new QWidget(this);
   auto* layout = new QHBoxLayout(central);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  view_ = new PlotView(model_, *this);
+  view_ = new PlotView(model_, *this, central);
   scrollBar_ = new QScrollBar(Qt::Vertical, central);
   scrollBar_->setObjectName(QStringLiteral("VScrollBar"));
   scrollBar_->setRange(0, 0);
@@ -51,36 +55,41 @@ MainWindow::MainWindow(Model& model, Prompt& prompt, std::filesystem::path workF
   connect(sizeMoveTimer_, &QTimer::timeout, this, &MainWindow::EndSizeMove);
 
   helpOpener_ = [](const QUrl& url) { QDesktopServices::openUrl(url); };
-  model_.Invalidate = [this] { RequestRepaint(); };
+  model_.Invalidate = [this] { Repaint(); };
+  // A tool never stays open on data that is gone.
+  model_.ImagesReplaced = [this] {
+    if (ToolDialog* tool = ActiveTool()) tool->EndTool();
+  };
 
   BuildMenu();
   ApplyMenuState();
 }
 
-MainWindow::~MainWindow() { model_.Invalidate = nullptr; }
+MainWindow::~MainWindow() {
+  model_.Invalidate = nullptr;
+  model_.ImagesReplaced = nullptr;
+}
 
 void MainWindow::BuildMenu() {
   QMenuBar* bar = menuBar();
   bar->setObjectName(QStringLiteral("MainMenu"));
   const auto& table = MainMenuTable();
+  auto wire = [this](QAction* action, int id) {
+    action->setData(id);
+    actions_[id] = action;
+    connect(action, &QAction::triggered, this, [this, id] { OnCommand(id); });
+  };
   for (size_t pos = 0; pos < table.size(); ++pos) {
     const TopEntryDef& entry = table[pos];
     QAction* top = nullptr;
     if (entry.Id != 0) {
       top = bar->addAction(QString::fromLatin1(entry.Text));
-      top->setData(entry.Id);
-      actions_[entry.Id] = top;
-      connect(top, &QAction::triggered, this, [this, id = entry.Id] { OnCommand(id); });
+      wire(top, entry.Id);
       connect(top, &QAction::hovered, this, [this, id = entry.Id] { model_.App.HelpContext = uint32_t(id); });
     } else {
       QMenu* menu = bar->addMenu(QString::fromLatin1(entry.Text));
       top = menu->menuAction();
-      for (const MenuItemDef& item : entry.Items) {
-        QAction* action = menu->addAction(QString::fromLatin1(item.Text));
-        action->setData(item.Id);
-        actions_[item.Id] = action;
-        connect(action, &QAction::triggered, this, [this, id = item.Id] { OnCommand(id); });
-      }
+      for (const MenuItemDef& item : entry.Items) wire(menu->addAction(QString::fromLatin1(item.Text)), item.Id);
       // WM_MENUSELECT: remember the last highlighted item for context help.
       connect(menu, &QMenu::hovered, this, [this](QAction* a) {
         if (a && a->data().toInt() != 0) model_.App.HelpContext = uint32_t(a->data().toInt());
@@ -105,97 +114,55 @@ void MainWindow::ApplyMenuState() {
   appliedMenuGeneration_ = menu.Generation;
   for (int pos = 0; pos < kMenuPositions; ++pos) topEntries_[size_t(pos)]->setEnabled(menu.IsTopEnabled(pos));
   for (auto& [id, action] : actions_) {
-    bool isTop = false;
-    for (QAction* t : topEntries_) isTop = isTop || t == action;
+    const bool isTop = std::find(topEntries_.begin(), topEntries_.end(), action) != topEntries_.end();
     if (!isTop) action->setEnabled(menu.IsItemEnabled(id));
     if (action->isCheckable()) action->setChecked(menu.IsChecked(id));
   }
 }
 
-void MainWindow::RequestRepaint() {
+void MainWindow::Repaint() {
   ApplyMenuState();
   view_->update();
 }
+
+void MainWindow::RepaintRect(const QRect& client) { view_->update(client); }
 
 int MainWindow::ClientHeight() const { return view_->height(); }
 
 int MainWindow::ScrollPos() const { return scrollBar_->value(); }
 
+void MainWindow::SetPlotCursor(Qt::CursorShape shape) { view_->setCursor(shape); }
+
+ToolDialog* MainWindow::ActiveTool() const { return activeTool_.data(); }
+
+void MainWindow::OpenTool(ToolDialog* tool) {
+  // One tool at a time: the open one ends (clearing its modes) before the next starts.
+  if (ToolDialog* open = ActiveTool(); open && open != tool) open->EndTool();
+  activeTool_ = tool;
+  tool->Start();
+}
+
+void MainWindow::ToolEnded(ToolDialog* tool) {
+  if (activeTool_ == tool) activeTool_ = nullptr;
+}
+
 void MainWindow::OnCommand(int id) {
-  switch (id) {
-    case kCmdExit:
-      close();
-      break;
-    case kCmdZoom100:
-    case kCmdZoom200:
-    case kCmdZoom400:
-    case kCmdZoom800:
-    case kCmdZoom1600:
-    case kCmdZoom3200:
-    case kCmdExpand:
-      SetZoom(id);
-      break;
-    case kCmdOverlayOr:
-      ToggleOverlay(true);
-      break;
-    case kCmdOverlayAnd:
-      ToggleOverlay(false);
-      break;
-    case kCmdNew:
-      NewCore(model_, &prompt_);
-      break;
-    case kCmdAbout: {
-      auto* about = new AboutDialog(model_, this);
-      activeDialog_ = about;
-      about->show();
-      break;
-    }
-    case kCmdHelp:
-      helpOpener_(HelpTarget(0));
-      break;
-    case kCmdSection: {
-      SectionDialog dialog(model_, *this);
-      dialog.exec();
-      break;
-    }
-    case kCmdOpticalContrast:
-    case kCmdOpticalSize:
-      // Only with an optical image loaded.
-      if (model_.CurOptical().Length() < 1) break;
-      if (auto it = commands_.find(id); it != commands_.end()) it->second();
-      break;
-    case kCmdRadContrast:
-    case kCmdImageSize:
-    case kCmdDataRegion:
-      // Only with a radiograph loaded.
-      if (model_.CurRadiograph().Length() < 1) break;
-      if (auto it = commands_.find(id); it != commands_.end()) it->second();
-      break;
-    default:
-      // Reading, output and the tool dialogs come from the layers that own them.
-      if (auto it = commands_.find(id); it != commands_.end()) it->second();
-      break;
-  }
+  commands_.Dispatch(id, model_);
   ApplyMenuState();
 }
 
 void MainWindow::ToggleOverlay(bool orMode) {
   PlotState& plot = model_.Plot();
-  MenuState& menu = model_.App.Menu;
   uint32_t& mine = orMode ? plot.OverlayOr : plot.OverlayAnd;
   uint32_t& other = orMode ? plot.OverlayAnd : plot.OverlayOr;
-  const int myId = orMode ? kCmdOverlayOr : kCmdOverlayAnd;
-  const int otherId = orMode ? kCmdOverlayAnd : kCmdOverlayOr;
   if (mine) {
     mine = 0;
-    menu.Check(myId, false);
   } else {
     mine = 1;
     other = 0;
-    menu.Check(myId, true);
-    menu.Check(otherId, false);
   }
-  RequestRepaint();
+  MenuAfterOverlay(model_.App.Menu, plot.OverlayOr != 0, plot.OverlayAnd != 0);
+  Repaint();
 }
 
 void MainWindow::SetZoom(int id) {
@@ -203,9 +170,7 @@ void MainWindow::SetZoom(int id) {
   plot.ZoomPending = 0;
   const int old = plot.ZoomFactor;
   plot.ZoomFactor = ZoomFactorFor(id);
-  MenuState& menu = model_.App.Menu;
-  for (int z : {kCmdZoom100, kCmdZoom200, kCmdZoom400, kCmdZoom800, kCmdZoom1600, kCmdZoom3200, kCmdExpand})
-    menu.Check(z, z == id);
+  MenuAfterZoom(model_.App.Menu, id);
 
   const int h = ClientHeight();
   const ZoomScroll z = ZoomScrollFor(old, plot.ZoomFactor, plot.ViewTop, h);
@@ -222,9 +187,8 @@ void MainWindow::SetZoom(int id) {
   }
 
   if (id == kCmdExpand && !plot.ShowAllSections) {
-    auto* dialog = new ExpandDialog(model_, prompt_, *this);
-    activeDialog_ = dialog;
-    dialog->show();
+    // The expansion is chosen in its dialog.
+    ShowTool<ExpandDialog>(*this);
     ApplyMenuState();
     return;
   }
@@ -233,7 +197,7 @@ void MainWindow::SetZoom(int id) {
   plot.ViewLastPoint = model_.CurSection().PointCount;
   if (plot.Expanded) plot.NeedLayout = 1;
   plot.Expanded = 0;
-  RequestRepaint();
+  Repaint();
 }
 
 void MainWindow::OnScrollAction(int action) {
@@ -290,8 +254,10 @@ QUrl MainWindow::HelpTarget(int context) const {
 
 void MainWindow::OnHelp(bool onMenuItem) {
   if (onMenuItem) return;
-  helpOpener_(HelpTarget(int(model_.App.HelpContext)));
+  OpenHelp(int(model_.App.HelpContext));
 }
+
+void MainWindow::OpenHelp(int context) { helpOpener_(HelpTarget(context)); }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
@@ -303,7 +269,7 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::EndSizeMove() {
   model_.Plot().InSizeMove = 0;
   model_.Plot().NeedLayout = 1;
-  RequestRepaint();
+  Repaint();
 }
 
 // Dropped files are accepted and then ignored: the program reads sections only
@@ -312,20 +278,28 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) { event->acceptProposedA
 void MainWindow::dragMoveEvent(QDragMoveEvent* event) { event->acceptProposedAction(); }
 void MainWindow::dropEvent(QDropEvent* event) { event->acceptProposedAction(); }
 
+// The rectangle the window takes on screen, frame included, as it was before any
+// maximising: the next start puts the frame back in the same place.
+void MainWindow::StoreWindowRect() {
+  const QMargins frame = FrameMargins(geometry(), frameGeometry());
+  const QRect inner = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
+  const QRect outer = OuterRect(inner.isValid() ? inner : geometry(), frame);
+  DisplaySettings& s = model_.Settings();
+  s.WindowX = outer.x();
+  s.WindowY = outer.y();
+  s.WindowWidth = outer.width();
+  s.WindowHeight = outer.height();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (!NewCore(model_, &prompt_)) {
     event->ignore();
     return;
   }
-  const QRect r = normalGeometry().isValid() ? normalGeometry() : geometry();
-  DisplaySettings& s = model_.Settings();
-  s.WindowX = r.x();
-  s.WindowY = r.y();
-  s.WindowWidth = r.width();
-  s.WindowHeight = r.height();
+  StoreWindowRect();
   WriteSettings(model_, workFolder_);
   FreeSectionImages(model_);
-  if (activeDialog_) activeDialog_->close();
+  if (ToolDialog* tool = ActiveTool()) tool->EndTool();
   event->accept();
 }
 

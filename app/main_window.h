@@ -1,8 +1,8 @@
 #pragma once
 // The main frame window (objectName SedraPlotClass): the menu, the plot view with its
-// vertical scroll bar, command dispatch, keyboard scrolling and close handling.
+// vertical scroll bar, command dispatch, keyboard scrolling and close handling.  It is
+// the PlotHost of every tool dialog and image window.
 
-#include <QDialog>
 #include <QMainWindow>
 #include <QPointer>
 #include <QUrl>
@@ -12,6 +12,8 @@
 #include <map>
 
 #include "app/zoom.h"
+#include "model/command_registry.h"
+#include "ui/plot_host.h"
 
 class QAction;
 class QScrollBar;
@@ -22,8 +24,9 @@ namespace sedra {
 class Model;
 class Prompt;
 class PlotView;
+class ToolDialog;
 
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow, public PlotHost {
   Q_OBJECT
  public:
   MainWindow(Model& model, Prompt& prompt, std::filesystem::path workFolder, QWidget* parent = nullptr);
@@ -31,27 +34,16 @@ class MainWindow : public QMainWindow {
 
   // Runs the command of a menu item (or of a control that sends one).
   void OnCommand(int id);
+  CommandRegistry& Commands() { return commands_; }
   // One vertical scroll request, as from the scroll bar or a key.
   void OnVScroll(ScrollCode code, int thumb = 0);
   void SetZoom(int id);
+  void ToggleOverlay(bool orMode);
 
-  int ClientHeight() const;
-  int ScrollPos() const;
   QScrollBar* VScrollBar() const { return scrollBar_; }
   PlotView* View() const { return view_; }
   QAction* Action(int id) const;
   QAction* TopEntry(int position) const { return topEntries_[size_t(position)]; }
-
-  // Applies the model's menu state to the menu.
-  void ApplyMenuState();
-  void RequestRepaint();
-
-  // The modeless tool dialog that is open, if any.
-  QDialog* ActiveDialog() const { return activeDialog_; }
-  void SetActiveDialog(QDialog* dialog) { activeDialog_ = dialog; }
-  void ClearActiveDialog(QDialog* dialog) {
-    if (activeDialog_ == dialog) activeDialog_ = nullptr;
-  }
 
   // Help: opened through an injectable opener, so tests see which target was asked for.
   using HelpOpener = std::function<void(const QUrl&)>;
@@ -59,13 +51,26 @@ class MainWindow : public QMainWindow {
   // F1: on a menu item it does nothing; after a menu item was highlighted it opens
   // that item's topic; otherwise the contents.
   void OnHelp(bool onMenuItem);
+  // Opens the help on the topic of command `context`, or its contents for 0.
+  void OpenHelp(int context);
   QUrl HelpTarget(int context) const;
 
-  // Commands of other layers are plugged in by the application (start-up wires them).
-  using Command = std::function<void()>;
-  void SetCommand(int id, Command command) { commands_[id] = std::move(command); }
-
   const std::filesystem::path& WorkFolder() const { return workFolder_; }
+
+  // PlotHost.
+  Model& PlotModel() override { return model_; }
+  Prompt& UserPrompt() override { return prompt_; }
+  QWidget* OwnerWindow() override { return this; }
+  void Repaint() override;
+  void RepaintRect(const QRect& client) override;
+  int ClientHeight() const override;
+  int ScrollPos() const override;
+  void SetPlotCursor(Qt::CursorShape shape) override;
+  void ApplyMenuState() override;
+  void RunCommand(int id) override { OnCommand(id); }
+  ToolDialog* ActiveTool() const override;
+  void OpenTool(ToolDialog* tool) override;
+  void ToolEnded(ToolDialog* tool) override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -77,9 +82,9 @@ class MainWindow : public QMainWindow {
 
  private:
   void BuildMenu();
-  void ToggleOverlay(bool orMode);
   void OnScrollAction(int action);
   void EndSizeMove();
+  void StoreWindowRect();
 
   Model& model_;
   Prompt& prompt_;
@@ -89,8 +94,8 @@ class MainWindow : public QMainWindow {
   QTimer* sizeMoveTimer_ = nullptr;
   std::array<QAction*, 11> topEntries_{};
   std::map<int, QAction*> actions_;
-  std::map<int, Command> commands_;
-  QPointer<QDialog> activeDialog_;
+  CommandRegistry commands_;
+  QPointer<ToolDialog> activeTool_;
   HelpOpener helpOpener_;
   uint64_t appliedMenuGeneration_ = ~uint64_t(0);
 };

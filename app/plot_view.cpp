@@ -2,15 +2,16 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScreen>
 
-#include "app/main_window.h"
 #include "model/model.h"
 #include "plot/paint_context.h"
 #include "plot/paint_plot.h"
+#include "ui/plot_host.h"
 
 namespace sedra {
 
-PlotView::PlotView(Model& model, MainWindow& window) : QWidget(&window), model_(model), window_(window) {
+PlotView::PlotView(Model& model, PlotHost& host, QWidget* parent) : QWidget(parent), model_(model), host_(host) {
   setObjectName(QStringLiteral("PlotView"));
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
@@ -33,8 +34,11 @@ void PlotView::paintEvent(QPaintEvent* event) {
     PaintTarget target;
     target.Client = rect();
     target.Exposed = event->rect();
-    target.ScrollPos = window_.ScrollPos();
-    PaintPlot(model_, bufferPainter, target);
+    target.ScrollPos = host_.ScrollPos();
+    // The device is the screen, not the buffer: the value scales are spaced by its width.
+    if (const QScreen* s = screen()) target.HorzRes = s->geometry().width();
+    const PlotLayout layout = PaintPlot(model_, bufferPainter, target);
+    if (layout.PageWidth > 0) layout_ = layout;
   }
   QPainter painter(this);
   painter.drawImage(event->rect(), buffer_, event->rect());

@@ -4,23 +4,28 @@
 #include <QImage>
 #include <QWidget>
 
+#include "plot/plot_layout.h"
+
 namespace sedra {
 
 class Model;
-class MainWindow;
+class PlotHost;
 
 class PlotView : public QWidget {
   Q_OBJECT
  public:
-  PlotView(Model& model, MainWindow& window);
+  PlotView(Model& model, PlotHost& host, QWidget* parent);
+  // The layout of the last paint: what the user sees, for hit-testing.
+  const PlotLayout& Layout() const { return layout_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   Model& model_;
-  MainWindow& window_;
+  PlotHost& host_;
   QImage buffer_;
+  PlotLayout layout_;
 };
 
 }  // namespace sedra

@@ -4,28 +4,41 @@
 #include <cstring>
 
 #include "app/main_window.h"
-#include "app/wiring.h"
+#include "app/shell_commands.h"
+#include "app/window_rect.h"
 #include "model/core.h"
+#include "model/messages.h"
 #include "model/model.h"
 #include "model/settings_files.h"
+
+// Resources of a static library must be registered by hand, outside any namespace.
+static void InitSedraResources() { Q_INIT_RESOURCE(sedra); }
 
 namespace sedra {
 
 namespace {
-constexpr const char* kTitle = "Sedra-PLOT-Lite - Sedra Image Presentation Software - V2.81";
+
+// The settings keep the window's rectangle on screen, frame included.  The frame is
+// known once the window is shown; until then the rectangle is taken as the inner one.
+void PlaceWindow(MainWindow& window, const QRect& stored) {
+  window.setGeometry(stored);
+  window.show();
+  const QMargins frame = FrameMargins(window.geometry(), window.frameGeometry());
+  if (!frame.isNull()) window.setGeometry(InnerRect(stored, frame));
 }
 
+}  // namespace
+
 std::unique_ptr<MainWindow> StartUp(Model& model, Prompt& prompt, const std::filesystem::path& workFolder) {
+  InitSedraResources();
   // A first run has no defaults.def: write all three files from the built-in values.
   CreateSettingsIfMissing(model, workFolder);
   std::memset(&model.App.Elements, 0, sizeof model.App.Elements);
   if (!ReadSettings(model, workFolder, &prompt)) return nullptr;
   NewCore(model, nullptr);
-  CopyField(model.App.Title, kTitle);
+  CopyField(model.App.Title, msg::kProgramTitle);
 
-  const DisplaySettings& s = model.Settings();
   auto window = std::make_unique<MainWindow>(model, prompt, workFolder);
-  window->setGeometry(s.WindowX, s.WindowY, s.WindowWidth, s.WindowHeight);
   window->setWindowTitle(QString::fromLatin1(model.App.Title));
   const std::string help = (workFolder / "Sedra-PLOT.chm").string();
   CopyField(model.App.HelpPath, help.c_str());
@@ -38,14 +51,15 @@ std::unique_ptr<MainWindow> StartUp(Model& model, Prompt& prompt, const std::fil
   radImage->setObjectName(QStringLiteral("RadImageClass"));
   radImage->hide();
 
-  WireCommands(model, prompt, *window);
+  RegisterAllCommands(model, prompt, *window);
 
-  window->show();
+  const DisplaySettings& s = model.Settings();
+  PlaceWindow(*window, QRect(s.WindowX, s.WindowY, s.WindowWidth, s.WindowHeight));
   model.Plot().DataSetCount = 0;
   model.Work().ShowRadiograph = 1;
   model.Work().ShowOptical = 1;
   DisplaySettings& settings = model.Settings();
-  std::memset(settings.DataSetDisplayMode, 0, sizeof settings.DataSetDisplayMode);
+  std::memset(settings.DataSetOfPlot, 0, sizeof settings.DataSetOfPlot);
   std::memset(settings.DataSetSelection2, 0, sizeof settings.DataSetSelection2);
   std::memset(settings.DataSetSelection3, 0, sizeof settings.DataSetSelection3);
   return window;

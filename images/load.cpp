@@ -5,7 +5,9 @@
 #include "import/document_reader.h"
 #include "import/raw_reader.h"
 #include "import/tiff_reader.h"
+#include "model/command_registry.h"
 #include "model/core.h"
+#include "model/menu_state.h"
 #include "model/model.h"
 
 namespace sedra {
@@ -35,13 +37,19 @@ void FinishRadiographLoad(Model& model) {
 
 int LoadTiffImage(Model& model, Prompt& prompt, bool radiograph, bool add, const RadiographPlaceChooser& choosePlace) {
   const ReadOutcome outcome = ReadTiffImage(model, prompt, radiograph, add, choosePlace);
-  if (outcome.PixelsRead && radiograph) FinishRadiographLoad(model);
+  if (outcome.PixelsRead) {
+    model.NotifyImagesReplaced();
+    if (radiograph) FinishRadiographLoad(model);
+  }
   return outcome.Result;
 }
 
 int LoadRawRadiograph(Model& model, Prompt& prompt, bool maxRes, const ZoomReset& resetZoom) {
   const ReadOutcome outcome = ReadRawRadiograph(model, prompt, maxRes, resetZoom);
-  if (outcome.PixelsRead) FinishRadiographLoad(model);
+  if (outcome.PixelsRead) {
+    model.NotifyImagesReplaced();
+    FinishRadiographLoad(model);
+  }
   return outcome.Result;
 }
 
@@ -66,6 +74,14 @@ bool CommandReadRaw(Model& model, Prompt& prompt, bool maxRes, const ZoomReset& 
   ReadSectionMetadata(model, prompt, false);
   UpdateMenusAfterLoad(model, true);
   return true;
+}
+
+void RegisterReadCommands(CommandRegistry& commands, Model& model, Prompt& prompt, std::function<void()> resetZoom) {
+  commands.Add(kCmdReadOptical, Needs::Nothing, [&model, &prompt] { CommandReadOptical(model, prompt); });
+  commands.Add(kCmdReadRadiograph, Needs::Nothing, [&model, &prompt] { CommandReadRadiograph(model, prompt); });
+  for (const bool maxRes : {false, true})
+    commands.Add(maxRes ? kCmdReadRawMaxRes : kCmdReadRawHighRes, Needs::Nothing,
+                 [&model, &prompt, maxRes, resetZoom] { CommandReadRaw(model, prompt, maxRes, resetZoom); });
 }
 
 }  // namespace sedra

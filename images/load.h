@@ -5,10 +5,13 @@
 // "Read Ra&w Radiograph HighRes Image" (4102) and "Read Raw Radiograph MaxRes Image"
 // (4104) are the Command* functions.
 
+#include <functional>
+
 #include "import/read_support.h"
 
 namespace sedra {
 
+class CommandRegistry;
 class Model;
 class Prompt;
 
@@ -34,5 +37,9 @@ bool CommandReadRadiograph(Model& model, Prompt& prompt);
 // 4102 (maxRes false) and 4104 (true): as 4045 with the RAW reader.  `resetZoom` sets
 // the view to 100% once the file has been chosen.
 bool CommandReadRaw(Model& model, Prompt& prompt, bool maxRes, const ZoomReset& resetZoom = {});
+
+// Registers the four read commands.  `resetZoom` sets the view to 100% (a RAW read
+// does so once the file has been chosen).
+void RegisterReadCommands(CommandRegistry& commands, Model& model, Prompt& prompt, std::function<void()> resetZoom);
 
 }  // namespace sedra

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "model/menu_rules.h"
+#include "model/menu_state.h"
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/numbers.h"
@@ -61,17 +63,14 @@ bool NewCore(Model& model, Prompt* prompt) {
 
   if (!prompt) return true;
 
+  // A new core has no curves yet: the data-set selection starts again as at start-up.
+  DisplaySettings& settings = model.Settings();
+  std::memset(settings.DataSetOfPlot, 0, sizeof settings.DataSetOfPlot);
+  std::memset(settings.DataSetSelection2, 0, sizeof settings.DataSetSelection2);
+  std::memset(settings.DataSetSelection3, 0, sizeof settings.DataSetSelection3);
+  model.NotifyImagesReplaced();
   model.RequestRepaint();
-  MenuState& menu = model.App.Menu;
-  for (int pos = kMenuZoom; pos <= kMenuEdit; ++pos) menu.EnableTop(pos, false);
-  menu.EnableItem(kCmdSectionTitle, true);
-  menu.EnableItem(kCmdDeletePoints, true);
-  // Nothing enables Print or Set Main Title again after a New; that is how the
-  // program has always behaved and users know to restart for a printout.
-  menu.EnableItem(kCmdMainTitle, false);
-  menu.EnableItem(kCmdPrint, false);
-  // PDF output needs no printer driver here, so "Print as PDF file" is always offered.
-  menu.EnableItem(kCmdPrintPdf, true);
+  MenuAfterNewCore(model.App.Menu);
   return true;
 }
 
@@ -89,15 +88,20 @@ void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
   CoreSection& section = model.CurSection();
   WorkingBlock& work = model.Work();
 
-  const float step = StepSizeMm(section.StepSizeText);
+  float step = StepSizeMm(section.StepSizeText);
 
   if (isRadiograph) {
     const int length = model.CurRadiograph().Length();
     if (work.SampleStep < 1) work.SampleStep = 1;
     // A long radiograph must not overflow the section's point arrays: coarsen the
-    // sampling until the curve fits, so it still spans the whole section.
+    // sampling until the curve fits.  Each point then covers more rows than the reader
+    // gave it, so the step along the core grows by the same factor and the depth axis
+    // still spans the whole radiograph.
     const int minimumStep = (length + kMaxPoints - 1) / kMaxPoints;
-    if (work.SampleStep < minimumStep) work.SampleStep = minimumStep;
+    if (work.SampleStep < minimumStep) {
+      step = step * float(minimumStep) / float(work.SampleStep);
+      work.SampleStep = minimumStep;
+    }
     section.PointCount = length / work.SampleStep;
   } else if (section.PointCount == 0) {
     section.PointCount = section.Optical.Length() < kMaxPoints ? section.Optical.Length() : kMaxPoints;
@@ -130,29 +134,22 @@ void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
 
   if (plot.DepthTick == 0) plot.DepthTick = plot.DepthSpan < 300 ? 5 : plot.DepthSpan < 600 ? 10 : 25;
 
-  model.Settings().DataSetDisplayMode[0] = model.Settings().ShowRadiographData ? 2 : 1;
-
-  // The radiograph curve: data set 2, shown in the first data column.
+  // The first data column shows the radiograph's strip sums when "Display Radiograph
+  // Data" is on, data set 1 (no curve) when it is off.
+  model.Settings().DataSetOfPlot[0] = model.Settings().ShowRadiographData ? kRadiographDataSet : 1;
   plot.RadiographDataSet = kRadiographDataSet;
   CopyField(plot.DataSetNames[0], "Mask");
   CopyField(plot.DataSetNames[kRadiographDataSet - 1], "Radiograph");
-  model.App.DataSetOfPlot[0] = kRadiographDataSet;
   if (plot.ColumnCount < 1) plot.ColumnCount = 1;
   plot.NeedLayout = 1;
 
-  MenuState& menu = model.App.Menu;
-  menu.EnableTop(kMenuZoom, true);
-  menu.EnableTop(kMenuExpand, true);
   if (!isRadiograph) {
-    menu.EnableTop(kMenuOptical, true);
     const OpticalImageDesc& optical = section.Optical;
     if (optical.Length() > 0)
       section.OpticalWidthLabel = plot.DepthSpan * float(optical.Width) * 0.1f / float(optical.Length());
-  } else {
-    menu.EnableTop(kMenuRadiograph, true);
   }
-  menu.EnableTop(kMenuDefineRegion, true);
-  menu.EnableTop(kMenuEdit, true);
+  MenuAfterLoad(model.App.Menu, isRadiograph ? LoadKind::Radiograph : LoadKind::Optical,
+                RadiographGivesDataCurve(model));
 }
 
 }  // namespace sedra

@@ -3,6 +3,10 @@
 
 namespace sedra::msg {
 
+// The program's title (the main window's caption, the About box, and the version the
+// information block prints after the date).
+inline constexpr const char* kProgramTitle = "Sedra-PLOT-Lite - Sedra Image Presentation Software - V2.81";
+
 // Caption used where a message box shows the system's default caption.
 inline constexpr const char* kDefaultCaption = "Error";
 // Caption of the two fatal settings-file messages: whom to contact.

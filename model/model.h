@@ -9,10 +9,14 @@
 // Data[n - 1].  Data set 1 (Data[0]) is the validity mask of the section's points:
 // a value above 0 is a loaded point (shown in the coverage bar), a negative value a
 // deleted or missing one.  Loading a section sets the mask to 1.0 for every point.
-// The radiograph-derived curve (the strip sum across the data region) lives in data
-// set kRadiographDataSet = 2 (Data[1]), named "Radiograph"; after a load the first data
-// column shows it (DataSetOfPlot[0] = 2).  Deleting a point changes only the mask, so
-// the curve leaves a gap there and restoring brings the point back.
+// The mask is not a curve of its own: a data column set to data set 1 shows its scales
+// but no points.  The radiograph-derived curve (the strip sum across the data region)
+// lives in data set kRadiographDataSet = 2 (Data[1]), named "Radiograph"; a section
+// without a radiograph has no such data.  DataSetOfPlot (the first data-set selection
+// of the display settings) says which data set each column shows: a load sets its
+// first entry to 2 when "Display Radiograph Data" is on and to 1 when it is off.
+// Deleting a point changes only the mask, so the curve leaves a gap there and
+// restoring brings the point back.
 
 #include <array>
 #include <cstdint>
@@ -279,7 +283,6 @@ struct AppState {
   ElementSettings Elements{};
   WorkingBlock Work{};
   // Curve set-up per data curve (set up by the colour and data dialog).
-  int32_t DataSetOfPlot[kMaxCurves]{};
   int32_t RatioSetOfPlot[kMaxCurves]{};
   int32_t RatioOn[kMaxCurves]{};
   int32_t NormaliseBy[kMaxCurves]{};
@@ -341,6 +344,12 @@ class Model {
   std::function<void()> Invalidate;
   void RequestRepaint() {
     if (Invalidate) Invalidate();
+  }
+  // Set by the main window: the core was emptied or an image replaced, so a tool
+  // dialog working on the old data must end.
+  std::function<void()> ImagesReplaced;
+  void NotifyImagesReplaced() {
+    if (ImagesReplaced) ImagesReplaced();
   }
 
   // The drawing layer's screen images of the Dibs (images/draw/bitmap_cache.cpp).

@@ -34,7 +34,7 @@ struct DisplaySettings {
   uint32_t CorrectCountTime;        // 660
   uint32_t Reserved664;             // 664
   uint32_t ShowWarnings;            // 668
-  uint32_t DataSetDisplayMode[10];  // 672: zeroed at every start
+  int32_t DataSetOfPlot[10];        // 672: data set (1-based) each data curve shows; zeroed at every start
   uint32_t DataSetSelection2[10];   // 712: zeroed at every start
   uint8_t DataSetSettings[40];      // 752
   uint32_t FormatMark;              // 792: 608 after every successful read
@@ -91,7 +91,7 @@ static_assert(offsetof(DisplaySettings, ShowRadiographData) == 652);
 static_assert(offsetof(DisplaySettings, CorrectCameraSignal) == 656);
 static_assert(offsetof(DisplaySettings, CorrectCountTime) == 660);
 static_assert(offsetof(DisplaySettings, ShowWarnings) == 668);
-static_assert(offsetof(DisplaySettings, DataSetDisplayMode) == 672);
+static_assert(offsetof(DisplaySettings, DataSetOfPlot) == 672);
 static_assert(offsetof(DisplaySettings, DataSetSelection2) == 712);
 static_assert(offsetof(DisplaySettings, DataSetSettings) == 752);
 static_assert(offsetof(DisplaySettings, FormatMark) == 792);

@@ -106,7 +106,7 @@ void ComputeValues(Model& model, int c, const std::vector<int>& sections, std::v
   const PlotState& plot = model.Plot();
   const AppState& app = model.App;
   CurveWork& work = model.Curves();
-  const int a = app.DataSetOfPlot[c] - 1;
+  const int a = app.Settings.DataSetOfPlot[c] - 1;
   const int b = app.RatioSetOfPlot[c] - 1;
   const bool ratio = app.RatioOn[c] != 0;
   const int filter = app.FilterType[c];
@@ -115,12 +115,17 @@ void ComputeValues(Model& model, int c, const std::vector<int>& sections, std::v
   // Only element symbols are normalised; 1 is the incoherent, 2 the coherent scatter.
   int normaliser = 0;
   if (app.NormaliseBy[c] != 0 && name.size() < 3) normaliser = std::abs(app.NormaliseBy[c]);
-  const int normSet = normaliser == 1 ? plot.IncSet - 1 : normaliser == 2 ? plot.CohSet - 1 : -1;
-  const bool setOk = a >= 0 && a < kMaxChannels;
+  // IncSet and CohSet already count from 0, as Data is indexed.
+  const int normSet = normaliser == 1 ? plot.IncSet : normaliser == 2 ? plot.CohSet : -1;
+  // The mask (data set 1) is no curve of its own.
+  const bool setOk = a >= 1 && a < kMaxChannels;
 
   int n = 0;
   for (int s : sections) {
     const CoreSection& section = model.Section(s);
+    // A section without a radiograph has no radiograph data: its points are missing,
+    // not zero.
+    const bool hasData = setOk && (a != plot.RadiographDataSet - 1 || section.Radiographs[0].Loaded());
     float factor = 1.0f;
     if (section.CorrectionFactor > 0) factor = section.CorrectionFactor;
     if (section.CurveCorrection[c] > 0) factor = section.CurveCorrection[c];
@@ -128,7 +133,7 @@ void ComputeValues(Model& model, int c, const std::vector<int>& sections, std::v
     const int points = PointsOf(section);
     for (int k = 0; k < points; ++k, ++n) {
       // Data set 1 is the mask: a negative value is a deleted or missing point.
-      if (!setOk || !(section.Data[0][k] >= 0)) {
+      if (!hasData || !(section.Data[0][k] >= 0)) {
         flags[size_t(n)] = 0;
         continue;
       }
@@ -193,9 +198,100 @@ void ComputeRadiographData(Model& model) {
   }
 }
 
+namespace {
+
+// Smooths curve c in place and finds its value range (unless the column's scale is
+// fixed).  The running mean writes in place, so each window already holds the smoothed
+// values before it: a recursive mean that users' figures rely on.  Points within half
+// a window of a section's ends are neither smoothed nor counted in the range.
+void SmoothAndRange(Model& model, int c, const std::vector<int>& sections, const std::vector<uint8_t>& flags) {
+  PlotState& plot = model.Plot();
+  const AppState& app = model.App;
+  CurveWork& work = model.Curves();
+  double& offset = plot.ColumnOffset[c];
+  double& yMax = plot.ColumnYMax[c];
+  const bool fixed = plot.ColumnFixedScale[c] != 0;
+  if (!fixed) {
+    offset = kNoRange;
+    yMax = 0;
+  }
+  const int half = std::max(0, app.SmoothPoints[c] / 2);
+  const bool smooth = app.FilterType[c] < 1 && app.SmoothPoints[c] != 0;
+  const bool all = plot.ShowAllSections != 0;
+  int base = 0;
+  for (int s : sections) {
+    const int points = PointsOf(model.Section(s));
+    int first = 0, last = points;
+    if (!all) PointWindow(plot, points, first, last);
+    for (int j = base + half; j <= base + points - half - 1; ++j) {
+      if (!flags[size_t(j)]) continue;
+      double& v = work.Value(c, j);
+      if (smooth) {
+        double sum = 0;
+        int count = 0;
+        for (int i = j - half; i <= j + half; ++i) {
+          if (!flags[size_t(i)]) continue;
+          sum += work.Value(c, i);
+          ++count;
+        }
+        v = sum / count;
+      }
+      const int k = j - base;
+      if (k < first || k >= last || fixed) continue;
+      if (v > yMax) yMax = v;
+      if (v < offset) offset = v;
+    }
+    base += points;
+  }
+}
+
+// Pixel offset of one value: 96% of the column is used, points above the maximum are
+// pinned at that line and a deleted point is a gap (-1).  A thinned point whose stretch
+// holds a deleted point is marked -1 before the 96% scaling, which turns it into 0: it
+// is drawn at the column's edge, not left out.  Kept; only a deleted point itself
+// leaves a gap.
+int PointOffset(const PlotState& plot, int c, double v, double scale, bool valid, bool stretchValid) {
+  const double offset = plot.ColumnOffset[c];
+  if (!valid || std::isnan(v)) return -1;
+  if (v > plot.ColumnYMax[c]) return plot.ColumnWidth * 24 / 25;
+  if (v <= offset) return 0;
+  double px = std::floor(scale * (v - offset));
+  if (!std::isfinite(px)) px = 0;
+  int o = int(std::clamp(px, -1.0, 32767.0));
+  if (!stretchValid) o = -1;
+  return o * 24 / 25;
+}
+
+// The offsets of curve c, one slot per drawn point (every PointStep-th when thinned).
+void ComputeOffsets(Model& model, int c, const std::vector<int>& sections, const std::vector<uint8_t>& flags,
+                    int total) {
+  const PlotState& plot = model.Plot();
+  CurveWork& work = model.Curves();
+  const double range = plot.ColumnYMax[c] - plot.ColumnOffset[c];
+  const double scale = (plot.ColumnYMax[c] > 0 && range > 0) ? plot.ColumnWidth / range : 0.0;
+  const int step = plot.PointStep;
+  int slot = 0;
+  int base = 0;
+  for (int s : sections) {
+    const int points = PointsOf(model.Section(s));
+    for (int k = 0; k < points; ++k) {
+      if (step > 0 && k % step != 0) continue;
+      const int n = base + k;
+      bool stretchValid = true;
+      for (int i = 0; i < step; ++i)
+        if (n + i >= total || !flags[size_t(n) + size_t(i)]) stretchValid = false;
+      const int o = PointOffset(plot, c, work.Value(c, n), scale, flags[size_t(n)] != 0, stretchValid);
+      work.Offsets[size_t(slot) * kMaxCurves + size_t(c)] = int16_t(std::clamp(o, -1, 32767));
+      ++slot;
+    }
+    base += points;
+  }
+}
+
+}  // namespace
+
 void ComputeCurves(Model& model) {
   PlotState& plot = model.Plot();
-  AppState& app = model.App;
   CurveWork& work = model.Curves();
   std::fill(work.Offsets.begin(), work.Offsets.end(), int16_t(0));
   std::fill(work.Labels.begin(), work.Labels.end(), int16_t(0));
@@ -206,103 +302,23 @@ void ComputeCurves(Model& model) {
     plot.NeedLayout = 0;
     return;
   }
-
   const std::vector<int> sections = CurveSections(model);
-  const bool all = plot.ShowAllSections != 0;
   int total = 0;
   for (int s : sections) total += PointsOf(model.Section(s));
   std::vector<uint8_t> flags(size_t(total) + 1, 0);
-
   // Long Display-All plots are thinned to about a thousand drawn points per curve.
-  plot.PointStep = (all && total > 1000) ? total / 1000 + 1 : 0;
-  const int step = plot.PointStep;
-  const int width = plot.ColumnWidth;
-  const int pinned = width * 24 / 25;
+  plot.PointStep = (plot.ShowAllSections && total > 1000) ? total / 1000 + 1 : 0;
 
   for (int c = 0; c < curves; ++c) {
     ComputeValues(model, c, sections, flags);
-    double& offset = plot.ColumnOffset[c];
-    double& yMax = plot.ColumnYMax[c];
-    const bool fixed = plot.ColumnFixedScale[c] != 0;
-    if (!fixed) {
-      offset = kNoRange;
-      yMax = 0;
-    }
-
-    // Smoothing and range.  The running mean writes in place, so each window already
-    // holds the smoothed values before it: a recursive mean that users' figures rely
-    // on.  Points within half a window of a section's ends are neither smoothed nor
-    // counted in the range.
-    const int half = std::max(0, app.SmoothPoints[c] / 2);
-    const bool smooth = app.FilterType[c] < 1 && app.SmoothPoints[c] != 0;
-    int base = 0;
-    for (int s : sections) {
-      const int points = PointsOf(model.Section(s));
-      int first = 0, last = points;
-      if (!all) PointWindow(plot, points, first, last);
-      for (int j = base + half; j <= base + points - half - 1; ++j) {
-        if (!flags[size_t(j)]) continue;
-        double& v = work.Value(c, j);
-        if (smooth) {
-          double sum = 0;
-          int count = 0;
-          for (int i = j - half; i <= j + half; ++i) {
-            if (!flags[size_t(i)]) continue;
-            sum += work.Value(c, i);
-            ++count;
-          }
-          v = sum / count;
-        }
-        const int k = j - base;
-        if (k < first || k >= last) continue;
-        if (!fixed) {
-          if (v > yMax) yMax = v;
-          if (v < offset) offset = v;
-        }
-      }
-      base += points;
-    }
-
-    if (offset == kNoRange) {
-      offset = 0;
+    SmoothAndRange(model, c, sections, flags);
+    if (plot.ColumnOffset[c] == kNoRange) {
+      // No point counted: the curve has no points to draw.
+      plot.ColumnOffset[c] = 0;
+      for (size_t i = size_t(c); i < work.Offsets.size(); i += kMaxCurves) work.Offsets[i] = -1;
       continue;
     }
-    double scale = 0;
-    if (yMax > 0 && yMax - offset > 0) scale = width / (yMax - offset);
-
-    // Pixel offsets: 96% of the column is used, points above the maximum are pinned
-    // at that line and a deleted point is a gap (-1).
-    int slot = 0;
-    base = 0;
-    for (int s : sections) {
-      const int points = PointsOf(model.Section(s));
-      for (int k = 0; k < points; ++k) {
-        if (step > 0 && k % step != 0) continue;
-        const int n = base + k;
-        int o;
-        const double v = work.Value(c, n);
-        if (!flags[size_t(n)] || std::isnan(v)) {
-          o = -1;
-        } else if (v > yMax) {
-          o = pinned;
-        } else if (v <= offset) {
-          o = 0;
-        } else {
-          double px = std::floor(scale * (v - offset));
-          if (!std::isfinite(px)) px = 0;
-          o = int(std::clamp(px, -1.0, 32767.0));
-          // A thinned point whose stretch holds a deleted point is marked -1 before the
-          // 96% scaling, which turns it into 0: it is drawn at the column's edge, not
-          // left out.  Kept; only a deleted point itself leaves a gap.
-          for (int i = 0; i < step; ++i)
-            if (n + i >= total || !flags[size_t(n) + size_t(i)]) o = -1;
-          o = o * 24 / 25;
-        }
-        work.Offsets[size_t(slot) * kMaxCurves + size_t(c)] = int16_t(std::clamp(o, -1, 32767));
-        ++slot;
-      }
-      base += points;
-    }
+    ComputeOffsets(model, c, sections, flags, total);
   }
   plot.NeedLayout = 0;
 }
@@ -347,7 +363,7 @@ QString CurveTitle(const Model& model, int c) {
   if (c < 0 || c >= kMaxCurves) return {};
   const PlotState& plot = model.Plot();
   const AppState& app = model.App;
-  const std::string name = SetName(plot, app.DataSetOfPlot[c] - 1);
+  const std::string name = SetName(plot, app.Settings.DataSetOfPlot[c] - 1);
   const int filter = app.FilterType[c];
   std::string title;
   if (const size_t at = name.find("surface"); at != std::string::npos)
@@ -515,9 +531,11 @@ void DrawValueScale(PaintContext& ctx, double leftValue, double span, double pix
   if (!(pixelScale > 0) || !std::isfinite(pixelScale) || !std::isfinite(leftValue) || width <= 0) return;
   const DisplaySettings& settings = model.Settings();
 
-  // Ticks at least a 400th of the device's width apart.
   const QPaintDevice* device = ctx.Painter.device();
-  const int minSpacing = std::max(1, (device ? device->width() : 0) / 400);
+  // Ticks at least a 400th of the whole device apart: the screen's width for a window
+  // (whatever the size of the buffer it is painted through), the page's for a printer.
+  const int horzRes = ctx.HorzRes > 0 ? ctx.HorzRes : (device ? device->width() : 0);
+  const int minSpacing = std::max(1, horzRes / 400);
   const double q = minSpacing / pixelScale;
   if (!(q > 0) || !std::isfinite(q)) return;
   int e = int(std::floor(std::log10(q)));

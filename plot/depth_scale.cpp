@@ -84,26 +84,4 @@ void DrawDepthScale(PaintContext& ctx, int x, int top, int height, bool labels) 
   }
 }
 
-int LayoutFromY(const PlotState& plot, int y) {
-  if (plot.PlotHeight == 0) return 0;
-  return FloorInt(double(y - plot.TopMargin) * double(plot.LayoutSpan) / double(plot.PlotHeight));
-}
-
-int YFromLayout(const PlotState& plot, int u) {
-  if (!(plot.LayoutSpan > 0)) return u;
-  return FloorInt(double(plot.PlotHeight) * double(u) / double(plot.LayoutSpan)) + plot.TopMargin + plot.PageRect.Top;
-}
-
-int LayoutFromX(const PlotState& plot, int x) {
-  const int x0 = plot.PageRect.Left + plot.LeftMargin;
-  if (plot.ColumnLeft == x0) return 0;
-  return FloorInt(double(x - x0) * double(plot.LayoutSpan) / double(plot.ColumnLeft - x0));
-}
-
-int XFromLayout(const PlotState& plot, int u) {
-  if (plot.LayoutSpan == 0 || !(plot.LayoutSpan == plot.LayoutSpan)) return u;
-  const int x0 = plot.PageRect.Left + plot.LeftMargin;
-  return FloorInt(double(plot.ColumnLeft - x0) * double(u) / double(plot.LayoutSpan)) + x0;
-}
-
 }  // namespace sedra

@@ -8,7 +8,7 @@
 
 #include "model/model.h"
 #include "model/numbers.h"
-#include "plot/depth_scale.h"
+#include "plot/plot_layout.h"
 #include "plot/paint_context.h"
 
 namespace sedra {

@@ -34,14 +34,14 @@ PaintContext::PaintContext(QPainter& painter, Model& model, int originY, QRect d
   PlotFont = MakeFont("MS Sans Serif", 11, 700);
 }
 
-int PaintContext::FontPixels(int points) const {
-  // MulDiv rounds to nearest.
-  return int((int64_t(points) * DpiY * 2 + 72) / 144);
+QFont PaintContext::MakeFont(const char* family, int points, int weight) const {
+  return MakePlotFont(family, points, weight, DpiY);
 }
 
-QFont PaintContext::MakeFont(const char* family, int points, int weight) const {
+QFont MakePlotFont(const char* family, int points, int weight, int dpiY) {
   QFont f(QString::fromLatin1(family));
-  f.setPixelSize(std::max(1, FontPixels(points)));
+  // MulDiv(points, dpiY, 72), which rounds to nearest.
+  f.setPixelSize(std::max(1, int((int64_t(points) * dpiY * 2 + 72) / 144)));
   f.setWeight(weight >= 700 ? QFont::Bold : QFont::Normal);
   f.setStyleStrategy(QFont::NoAntialias);
   return f;

@@ -33,8 +33,6 @@ struct PaintContext {
   QFont LabelFont;      // 8 pt "MS Sans Serif", weight 400
   QFont PlotFont;       // 11 pt "MS Sans Serif", weight 700
 
-  // Pixel size of a font of `points` points on this device (MulDiv(p, dpiY, 72)).
-  int FontPixels(int points) const;
   QFont MakeFont(const char* family, int points, int weight) const;
   // Character height (ascent + descent), maximum character width and text extent of a
   // font on this device.
@@ -73,6 +71,9 @@ struct PaintContext {
   // Set by whoever clips the painter to exactly Device (PaintPlot on screen): single
   // pixels and small fills may then be written straight into an image target.
   bool ClipIsDevice = false;
+  // Width of the whole device in pixels (the screen's, or the printer page's) when it
+  // differs from the painter's device, as for a window painted through a back buffer.
+  int HorzRes = 0;
 
   // Many single pixels of one colour (a curve's points): whether they can be written
   // straight into the image is decided once, not for every pixel.
@@ -106,6 +107,10 @@ struct PaintContext {
   // 32-bit image, plain source-over painting, no clip narrower than Device).
   QImage* DirectImage(const QColor& colour) const;
 };
+
+// A font of `points` points at `dpiY` (pixel size MulDiv(points, dpiY, 72)), without
+// antialiasing so text lands on the same pixels on every target.
+QFont MakePlotFont(const char* family, int points, int weight, int dpiY);
 
 // 0x00BBGGRR colour of the settings to QColor.
 inline QColor FromColorRef(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)); }

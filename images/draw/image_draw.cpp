@@ -203,33 +203,47 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
   optical.DrawnRect = {left, drawTop, left + width, drawTop + drawHeight};
 }
 
+int PlacedRadiographs(const CoreSection& section) {
+  const int count = std::clamp(section.RadiographCount, 0, kMaxRadiographs);
+  int placed = 0;
+  for (int i = 0; i < count; ++i)
+    if (!section.Radiographs[size_t(i)].Bitmap.Empty()) ++placed;
+  return placed;
+}
+
+IntRect RadiographDest(const PlotState& plot, const CoreSection& section, int index, int left, int top, int width,
+                       int height) {
+  const int count = std::clamp(section.RadiographCount, 0, kMaxRadiographs);
+  if (index < 0 || index >= count || section.Radiographs[size_t(index)].Bitmap.Empty()) return {};
+  int x = left;
+  for (int i = 0; i < index; ++i)
+    if (!section.Radiographs[size_t(i)].Bitmap.Empty()) x += width;
+  const RadiographDesc& rad = section.Radiographs[size_t(index)];
+  const int y = Zoom(plot) * rad.TopOffset + top;
+  const int drawn = FloorPixels(double(rad.HeightScale) * height);
+  return {x, y, x + width, y + drawn};
+}
+
 int DrawRadiographs(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height) {
   CoreSection& sec = model.Section(section);
   const PlotState& plot = model.Plot();
-  if (sec.RadiographCount < 1) return 0;
-  const int count = std::min(sec.RadiographCount, kMaxRadiographs);
-  int placed = 0;
-  int x = left;
+  const int count = std::clamp(sec.RadiographCount, 0, kMaxRadiographs);
   for (int i = 0; i < count; ++i) {
     RadiographDesc& rad = sec.Radiographs[size_t(i)];
-    if (rad.Bitmap.Empty()) continue;
-    ++placed;
     // While the radiograph contrast dialog is open it owns the image: the plot keeps
     // the place but draws nothing there.
-    if (!plot.RadContrastOpen) {
-      const int y = Zoom(plot) * rad.TopOffset + top;
-      const int drawn = FloorPixels(double(rad.HeightScale) * height);
-      rad.EditRect = {x, y, x + width - 1, y + drawn - 1};
-      rad.ViewRect = rad.EditRect;
-      rad.DestRect = {x, y, x + width, y + drawn};
-      ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
-      int first = 0, rows = 0;
-      RadiographSourceRows(model, section, bitmap.Image.height(), first, rows);
-      StretchImage(surface, bitmap, 0, first, bitmap.Image.width(), rows, x, y, width, drawn);
-    }
-    x += width;
+    if (rad.Bitmap.Empty() || plot.RadContrastOpen) continue;
+    const IntRect dest = RadiographDest(plot, sec, i, left, top, width, height);
+    rad.EditRect = {dest.Left, dest.Top, dest.Right - 1, dest.Bottom - 1};
+    rad.ViewRect = rad.EditRect;
+    rad.DestRect = dest;
+    ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
+    int first = 0, rows = 0;
+    RadiographSourceRows(model, section, bitmap.Image.height(), first, rows);
+    StretchImage(surface, bitmap, 0, first, bitmap.Image.width(), rows, dest.Left, dest.Top, width,
+                 int64_t(dest.Bottom) - dest.Top);
   }
-  return placed;
+  return PlacedRadiographs(sec);
 }
 
 void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height) {

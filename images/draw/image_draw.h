@@ -14,6 +14,9 @@
 namespace sedra {
 
 class Model;
+struct CoreSection;
+struct IntRect;
+struct PlotState;
 struct ScreenBitmap;
 
 // Where a stretch lands: the painter, the document y drawn at device y 0, and the device
@@ -37,6 +40,14 @@ void StretchImage(const DrawSurface& surface, ScreenBitmap& bitmap, int sx, int 
 
 // The optical image of section `section` into (left, top, width, height).
 void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height);
+
+// How many of a section's radiographs are drawn side by side: those with display bits.
+int PlacedRadiographs(const CoreSection& section);
+// Where radiograph `index` of `section` lands in the band (left, top, width, height):
+// its place among the placed radiographs, moved down by its offset (plot pixels at
+// 100%, so scaled by the zoom) and cut to its height scale.  Empty when not placed.
+IntRect RadiographDest(const PlotState& plot, const CoreSection& section, int index, int left, int top, int width,
+                       int height);
 
 // The radiographs of section `section` side by side, each `width` wide, in the band
 // (left, top, height).  Returns how many were placed.

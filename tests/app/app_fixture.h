@@ -1,8 +1,11 @@
 #pragma once
-// A started program in a temporary working folder, with a scripted Prompt.
+// A started program in a temporary working folder, with a scripted Prompt that also
+// answers the print dialog (always cancelled).
 
 #include <gtest/gtest.h>
 
+#include <QPrinter>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -10,13 +13,24 @@
 
 #include "app/main_window.h"
 #include "app/startup.h"
+#include "model/core.h"
 #include "model/model.h"
+#include "output/qt/print_prompt.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra::test {
 
+class ScriptedPrintPrompt : public ScriptedPrompt, public PrintPrompt {
+ public:
+  int PrintDialogs = 0;
+  bool ChoosePrinter(QPrinter&) override {
+    ++PrintDialogs;
+    return false;
+  }
+};
+
 class AppTest : public ::testing::Test {
- protected:
+ public:
   void SetUp() override {
     folder = std::filesystem::temp_directory_path() /
              ("sedra-app-" + std::to_string(::getpid()) + "-" +
@@ -29,7 +43,9 @@ class AppTest : public ::testing::Test {
     std::filesystem::remove_all(folder);
   }
   MainWindow& Start() {
+    window.reset();
     model = std::make_unique<Model>();
+    prompt = ScriptedPrintPrompt{};
     window = StartUp(*model, prompt, folder);
     EXPECT_TRUE(window);
     window->SetHelpOpener([this](const QUrl& url) { helpRequests.push_back(url); });
@@ -38,9 +54,29 @@ class AppTest : public ::testing::Test {
 
   std::filesystem::path folder;
   std::unique_ptr<Model> model;
-  ScriptedPrompt prompt;
+  ScriptedPrintPrompt prompt;
   std::unique_ptr<MainWindow> window;
   std::vector<QUrl> helpRequests;
 };
+
+// A radiograph section straight in the model, as a read leaves it: `rows` points of
+// 0.2 mm starting at `start` mm, with display bits so that it paints.
+inline void LoadSection(Model& m, int rows, int start = 0) {
+  RadiographDesc& r = m.CurRadiograph();
+  r.Width = 8;
+  r.Height = rows;
+  r.Valid = 1;
+  r.HeightScale = 1.0f;
+  r.Samples.assign(size_t(8) * size_t(rows), 1000);
+  r.Bitmap.Width = 8;
+  r.Bitmap.Height = rows;
+  r.Bitmap.Stride = Dib::StrideFor(8);
+  r.Bitmap.Bits.assign(size_t(r.Bitmap.Stride) * size_t(rows), 0x80);
+  m.CurSection().RadiographCount = 1;
+  m.Work().SampleStep = 1;
+  m.Work().StartCoordinate = float(start);
+  std::strcpy(m.CurSection().StepSizeText, "200 um");
+  UpdateMenusAfterLoad(m, true);
+}
 
 }  // namespace sedra::test

@@ -2,127 +2,33 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPointer>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollBar>
 #include <QTimer>
-#include <cstring>
+#include <cstdlib>
 
 #include "app/dialogs.h"
 #include "app_fixture.h"
-#include "model/core.h"
+#include "interact/expand_dialog.h"
 #include "model/messages.h"
 
 namespace sedra {
 namespace {
 
 using test::AppTest;
-
-template <typename T>
-T* Control(QWidget* dialog, int id) {
-  T* c = dialog->findChild<T*>(QStringLiteral("ctl%1").arg(id));
-  EXPECT_NE(c, nullptr) << id;
-  return c;
-}
-
-void LoadThreeHundredMm(Model& m, int startLabel) {
-  RadiographDesc& r = m.CurRadiograph();
-  r.Width = 4;
-  r.Height = 1500;
-  m.CurSection().RadiographCount = 1;
-  m.Work().SampleStep = 1;
-  m.Work().StartCoordinate = float(startLabel);
-  std::strcpy(m.CurSection().StepSizeText, "200 um");
-  UpdateMenusAfterLoad(m, true);  // 1500 points of 0.2 mm: 300 mm
-}
-
-TEST_F(AppTest, ExpandDialogAppliesTypedDepths) {
-  struct Row {
-    const char* top;
-    const char* bottom;
-    bool accepted;
-    float span;
-    int first, last;
-  } rows[] = {
-      {"1100", "1110", false, 0, 0, 0},          // 10 mm of 300: too small
-      {"1100", "1115", true, 15, 0, 75},         // exactly 5%: accepted
-      {"1150", "1250", true, 100, 250, 750},
-      {"1200", "9999", true, 200, 500, 1500},    // cut to the section end
-  };
-  for (const Row& r : rows) {
-    MainWindow& w = Start();
-    LoadThreeHundredMm(*model, 1100);
-    w.OnCommand(kCmdExpand);
-    auto* dialog = qobject_cast<ExpandDialog*>(w.ActiveDialog());
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(model->Plot().HRegionMode, 1u);
-    EXPECT_EQ(model->Plot().Tracking, 1u);
-    EXPECT_EQ(Control<QLineEdit>(dialog, 1476)->text(), "1100") << "the current region, absolute";
-    Control<QLineEdit>(dialog, 1476)->setText(QString::fromLatin1(r.top));
-    Control<QLineEdit>(dialog, 1478)->setText(QString::fromLatin1(r.bottom));
-    prompt.Messages.clear();
-    Control<QPushButton>(dialog, 1)->click();
-    const PlotState& p = model->Plot();
-    if (!r.accepted) {
-      ASSERT_EQ(prompt.Messages.size(), 1u);
-      EXPECT_EQ(prompt.Messages[0].Text, msg::kExpandTooSmall);
-      EXPECT_EQ(prompt.Messages[0].IconKind, Icon::Exclamation);
-      EXPECT_EQ(w.ActiveDialog(), dialog) << "the dialog stays open";
-      EXPECT_EQ(p.Expanded, 0u);
-      dialog->close();
-    } else {
-      EXPECT_TRUE(prompt.Messages.empty());
-      EXPECT_EQ(p.Expanded, 1u);
-      EXPECT_FLOAT_EQ(p.DepthSpan, r.span) << r.top;
-      EXPECT_EQ(p.ViewFirstPoint, r.first) << r.top;
-      EXPECT_EQ(p.ViewLastPoint, r.last) << r.top;
-      EXPECT_EQ(w.ActiveDialog(), nullptr);
-    }
-    EXPECT_EQ(p.HRegionMode, 0u);
-    EXPECT_EQ(p.Tracking, 0u);
-    EXPECT_EQ(p.ZoomFactor, 1);
-    window.reset();
-  }
-}
-
-TEST_F(AppTest, ExpandDialogNormalAndZoomEndTheExpansion) {
-  MainWindow& w = Start();
-  LoadThreeHundredMm(*model, 0);
-  PlotState& p = model->Plot();
-  p.Expanded = 1;
-  p.ExpandTop = 50;
-  p.ExpandBottom = 80;
-  p.ViewFirstPoint = 250;
-  w.OnCommand(kCmdExpand);
-  auto* dialog = w.ActiveDialog();
-  ASSERT_NE(dialog, nullptr);
-  Control<QPushButton>(dialog, 1471)->click();
-  EXPECT_EQ(p.Expanded, 0u);
-  EXPECT_EQ(p.ViewFirstPoint, 0);
-  EXPECT_EQ(p.ViewLastPoint, 1500);
-  EXPECT_FLOAT_EQ(p.ExpandTop, 0);
-  EXPECT_FLOAT_EQ(p.ExpandBottom, 300);
-
-  p.Expanded = 1;
-  p.NeedLayout = 0;
-  w.OnCommand(kCmdZoom400);
-  EXPECT_EQ(p.Expanded, 0u);
-  EXPECT_EQ(p.NeedLayout, 1u);
-  EXPECT_FLOAT_EQ(p.DepthSpan, 300);
-}
+using test::LoadSection;
 
 TEST_F(AppTest, SectionDialogEnablesTheLoadedSectionsAndChoosesOne) {
   MainWindow& w = Start();
-  LoadThreeHundredMm(*model, 0);
+  LoadSection(*model, 1500);
   model->Plot().SectionCount = 3;
   model->Plot().ZoomFactor = 4;
   // The dialog is modal: drive it once it is showing.
   QTimer::singleShot(0, [&] {
     auto* dialog = w.findChild<SectionDialog*>();
     ASSERT_NE(dialog, nullptr);
-    for (int i = 0; i < 12; ++i)
-      EXPECT_EQ(Control<QRadioButton>(dialog, 1477 + i)->isEnabled(), i < 3) << i;
+    EXPECT_EQ(dialog->objectName(), "dlg214");
+    for (int i = 0; i < 12; ++i) EXPECT_EQ(Control<QRadioButton>(dialog, 1477 + i)->isEnabled(), i < 3) << i;
     EXPECT_TRUE(Control<QRadioButton>(dialog, 1477)->isChecked());
     Control<QCheckBox>(dialog, 1490)->setChecked(true);
     Control<QRadioButton>(dialog, 1478)->click();
@@ -141,7 +47,7 @@ TEST_F(AppTest, SectionDialogEnablesTheLoadedSectionsAndChoosesOne) {
 
 TEST_F(AppTest, SectionDialogDisplayAllGreysTheSingleSectionMenus) {
   MainWindow& w = Start();
-  LoadThreeHundredMm(*model, 0);
+  LoadSection(*model, 1500);
   model->Plot().SectionCount = 2;
   QTimer::singleShot(0, [&] {
     auto* dialog = w.findChild<SectionDialog*>();
@@ -159,14 +65,76 @@ TEST_F(AppTest, SectionDialogDisplayAllGreysTheSingleSectionMenus) {
 TEST_F(AppTest, AboutBoxIsModelessAndCaptionedWithTheTitle) {
   MainWindow& w = Start();
   w.OnCommand(kCmdAbout);
-  QPointer<QDialog> about = w.ActiveDialog();
+  QPointer<ToolDialog> about = w.ActiveTool();
   ASSERT_NE(about.data(), nullptr);
+  EXPECT_EQ(about->objectName(), "dlg220");
   EXPECT_FALSE(about->isModal());
   EXPECT_EQ(about->windowTitle(), QString::fromLatin1(model->App.Title));
   EXPECT_FALSE(Control<QLabel>(about, 1001)->text().isEmpty());
   Control<QPushButton>(about, 1)->click();
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_TRUE(about.isNull()) << "OK closes the box";
+  EXPECT_EQ(w.ActiveTool(), nullptr);
+}
+
+// One tool at a time: a second tool ends the first (its modes cleared), and the same
+// tool chosen again comes to the front instead of opening twice.
+TEST_F(AppTest, OpeningAToolEndsTheOneThatIsOpen) {
+  MainWindow& w = Start();
+  LoadSection(*model, 1500);
+  const PlotState& p = model->Plot();
+  w.OnCommand(kCmdExpand);
+  QPointer<ToolDialog> expand = w.ActiveTool();
+  ASSERT_NE(qobject_cast<ExpandDialog*>(expand), nullptr);
+  w.OnCommand(kCmdExpand);
+  EXPECT_EQ(w.ActiveTool(), expand.data()) << "the same tool again is the same dialog";
+  EXPECT_EQ(p.HRegionMode, 1u);
+
+  w.OnCommand(kCmdAbout);
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(expand.isNull());
+  EXPECT_NE(qobject_cast<AboutDialog*>(w.ActiveTool()), nullptr);
+  EXPECT_EQ(p.HRegionMode, 0u);
+  EXPECT_EQ(p.Tracking, 0u);
+}
+
+// Emptying the core, or replacing an image, ends the open tool; what leaves the data
+// as it was leaves the tool open too.
+TEST_F(AppTest, ToolsDoNotOutliveTheDataTheyWorkOn) {
+  const std::string sample = (folder / "core").string();
+  ASSERT_EQ(std::system(("\"" SEDRA_SAMPLE_TOOL "\" \"" + sample + "\" --length 300 --width 40 --optical-length 320 "
+                         "--raw-values 0 > /dev/null").c_str()),
+            0);
+  struct Row {
+    const char* what;
+    int command;
+    const char* file;      // chosen in the file dialog; null: cancelled
+    Answer answer;         // to the "continue without saving" question
+    bool toolEnds;
+  } rows[] = {
+      {"New", kCmdNew, nullptr, Answer::Yes, true},
+      {"New answered No", kCmdNew, nullptr, Answer::No, false},
+      {"a radiograph read", kCmdReadRadiograph, "radiograph.tif", Answer::Yes, true},
+      {"an optical read", kCmdReadOptical, "optical.tif", Answer::Yes, true},
+      {"a cancelled optical read", kCmdReadOptical, nullptr, Answer::Yes, false},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.what);
+    MainWindow& w = Start();
+    LoadSection(*model, 1500);
+    model->Plot().Modified = 1;
+    w.OnCommand(kCmdExpand);
+    QPointer<ToolDialog> tool = w.ActiveTool();
+    ASSERT_NE(tool.data(), nullptr);
+    prompt.Answers.push_back(r.answer);
+    if (r.file) prompt.ChooseFile(sample + "/" + r.file);
+    w.OnCommand(r.command);
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(tool.isNull(), r.toolEnds);
+    EXPECT_EQ(w.ActiveTool() == nullptr, r.toolEnds);
+    EXPECT_EQ(model->Plot().Tracking, r.toolEnds ? 0u : 1u);
+    if (ToolDialog* open = w.ActiveTool()) open->EndTool();
+  }
 }
 
 }  // namespace

@@ -11,7 +11,6 @@
 #include <QTest>
 #include <cstring>
 
-#include "app/dialogs.h"
 #include "app/plot_view.h"
 #include "app_fixture.h"
 #include "model/core.h"
@@ -23,26 +22,17 @@ namespace {
 
 using test::AppTest;
 
-// A radiograph section loaded straight into the model, as a read would leave it.
-void LoadSection(Model& m, int rows, const char* step = "200 um") {
-  RadiographDesc& r = m.CurRadiograph();
-  r.Width = 8;
-  r.Height = rows;
-  r.Samples.assign(size_t(8) * size_t(rows), 1000);
-  m.CurSection().RadiographCount = 1;
-  m.Work().SampleStep = 1;
-  std::strcpy(m.CurSection().StepSizeText, step);
-  UpdateMenusAfterLoad(m, true);
-}
+using test::LoadSection;
 
 TEST_F(AppTest, FirstStartCreatesTheSettingsAndOpensTheDefaultWindow) {
   MainWindow& w = Start();
   EXPECT_EQ(w.objectName(), "SedraPlotClass");
   EXPECT_EQ(w.windowTitle(), "Sedra-PLOT-Lite - Sedra Image Presentation Software - V2.81");
-  EXPECT_EQ(w.geometry(), QRect(5, 5, 1000, 700));
+  EXPECT_EQ(w.frameGeometry(), QRect(5, 5, 1000, 700)) << "the rectangle on screen, frame included";
   for (const char* f : {"defaults.def", "elements.def", "miscdata.def"})
     EXPECT_TRUE(std::filesystem::exists(folder / f)) << f;
   EXPECT_TRUE(w.acceptDrops());
+  EXPECT_FALSE(w.windowIcon().isNull());
   // The two image windows exist, hidden.
   for (const char* name : {"ImageClass", "RadImageClass"}) {
     auto* child = w.findChild<QWidget*>(QString::fromLatin1(name));
@@ -184,7 +174,7 @@ TEST_F(AppTest, ExpandWithAllSectionsShownReturnsToTheFullLength) {
   p.Expanded = 1;
   p.DepthSpan = 20;
   w.OnCommand(kCmdExpand);
-  EXPECT_EQ(w.ActiveDialog(), nullptr) << "no region dialog while all sections are shown";
+  EXPECT_EQ(w.ActiveTool(), nullptr) << "no region dialog while all sections are shown";
   EXPECT_EQ(p.Expanded, 0u);
   EXPECT_FLOAT_EQ(p.DepthSpan, 300.0f);
   EXPECT_EQ(p.NeedLayout, 1u);
@@ -217,6 +207,7 @@ TEST_F(AppTest, HelpFollowsTheLastHighlightedMenuItem) {
 TEST_F(AppTest, CloseAsksThroughNewWritesSettingsAndRestoresTheRectangle) {
   MainWindow& w = Start();
   w.setGeometry(40, 60, 900, 650);
+  const QRect onScreen = w.frameGeometry();
   model->Plot().Modified = 1;
   prompt.Answers.push_back(Answer::No);
   EXPECT_FALSE(w.close()) << "No keeps the window";
@@ -228,13 +219,15 @@ TEST_F(AppTest, CloseAsksThroughNewWritesSettingsAndRestoresTheRectangle) {
   model->Work().ShowSectionName = 1;
   EXPECT_TRUE(w.close());
   window.reset();
+  const DisplaySettings& stored = model->Settings();
+  EXPECT_EQ(QRect(stored.WindowX, stored.WindowY, stored.WindowWidth, stored.WindowHeight), onScreen);
 
   // Next start: the rectangle and the name switch come back.
   model = std::make_unique<Model>();
   test::ScriptedPrompt second;
   auto again = StartUp(*model, second, folder);
   ASSERT_TRUE(again);
-  EXPECT_EQ(again->geometry(), QRect(40, 60, 900, 650));
+  EXPECT_EQ(again->geometry(), QRect(40, 60, 900, 650)) << "the window does not creep";
   EXPECT_EQ(model->Work().ShowSectionName, 1u);
   EXPECT_TRUE(second.Messages.empty());
 }

@@ -41,6 +41,7 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
                               "\" --length 500 --width 40 --raw-values 0 > /dev/null";
   ASSERT_EQ(std::system(command.c_str()), 0);
   MainWindow& w = Start();
+  model->Settings().ShowRadiographData = 1;
   prompt.ChooseFile((folder / "core" / "radiograph.tif").string());
   w.OnCommand(kCmdReadRadiograph);
   ASSERT_TRUE(prompt.Messages.empty()) << prompt.Messages[0].Text;
@@ -50,7 +51,7 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   const RadiographDesc& rad = model->CurRadiograph();
   ASSERT_EQ(s.PointCount, 500);  // one point per radiograph row after a TIFF read
   EXPECT_EQ(p.RadiographDataSet, kRadiographDataSet);
-  EXPECT_EQ(model->App.DataSetOfPlot[0], kRadiographDataSet);
+  EXPECT_EQ(model->App.Settings.DataSetOfPlot[0], kRadiographDataSet);
 
   const QImage before = Paint(*model, QSize(900, 700));
   // The strip sums: row r summed over the columns strictly inside the data region.
@@ -99,6 +100,13 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   model->Plot().NeedLayout = 1;
   const QImage restored = Paint(*model, QSize(900, 700));
   EXPECT_EQ(restored, before);
+
+  // With "Display Radiograph Data" off a load selects data set 1: the column keeps
+  // its scales and shows no curve.
+  model->App.Settings.DataSetOfPlot[0] = 1;
+  model->Plot().NeedLayout = 1;
+  const auto hidden = RowsWith(Paint(*model, QSize(900, 700)), p.ColumnLeft + 1, p.ColumnLeft + p.ColumnWidth, curve);
+  EXPECT_EQ(std::count(hidden.begin() + p.TopMargin, hidden.begin() + p.TopMargin + p.PlotHeight, true), 0);
 }
 
 }  // namespace

@@ -166,30 +166,43 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeText) {
   }
 }
 
-TEST(UpdateMenusAfterLoad, ALongRadiographCoarsensTheStepInsteadOfOverflowing) {
+// A radiograph longer than the point arrays is sampled more coarsely, and the depth
+// axis still spans all its rows: 40 000 rows of 0.2 mm plot 8 000 mm, not 2 667.
+TEST(UpdateMenusAfterLoad, ALongRadiographCoarsensTheStepAndKeepsItsLength) {
   struct Row {
     int rows, step, wantStep, wantPoints;
-  } rows[] = {{18000, 1, 1, 18000}, {18001, 1, 2, 9000}, {36000, 1, 2, 18000}, {54001, 1, 4, 13500},
-              {100000, 5, 6, 16666}, {90000, 10, 10, 9000}};
+    float wantSpan;  // mm, 0.2 mm per row as the reader gave them
+  } rows[] = {{18000, 1, 1, 18000, 3600}, {18001, 1, 2, 9000, 3600},    {36000, 1, 2, 18000, 7200},
+              {40000, 1, 3, 13333, 7999.8f}, {100000, 5, 6, 16666, 3999.84f}, {90000, 10, 10, 9000, 1800}};
   for (const Row& r : rows) {
+    SCOPED_TRACE(r.rows);
     Model m;
     LoadRadiograph(m, 1);
     m.Work().SampleStep = r.step;
+    m.Work().StartCoordinate = 100;
     m.CurRadiograph().Height = r.rows;
     UpdateMenusAfterLoad(m, true);
-    EXPECT_EQ(m.Work().SampleStep, r.wantStep) << r.rows;
-    EXPECT_EQ(m.CurSection().PointCount, r.wantPoints) << r.rows;
-    EXPECT_LE(m.CurSection().PointCount, kMaxPoints);
+    EXPECT_EQ(m.Work().SampleStep, r.wantStep);
+    EXPECT_EQ(m.CurSection().PointCount, r.wantPoints);
+    EXPECT_NEAR(m.Plot().SectionLength[0], r.wantSpan, 0.01f);
+    EXPECT_NEAR(m.Work().EndCoordinate, 100 + r.wantSpan, 0.01f);
   }
 }
 
 TEST(UpdateMenusAfterLoad, SetsUpTheRadiographCurveAndEnablesTheMenus) {
+  // "Display Radiograph Data" decides what the first data column shows.
+  for (uint32_t show : {0u, 1u}) {
+    Model m;
+    m.Settings().ShowRadiographData = show;
+    LoadRadiograph(m, 500);
+    EXPECT_EQ(m.App.Settings.DataSetOfPlot[0], show ? kRadiographDataSet : 1);
+    EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), show != 0) << "point deletion goes with the curve";
+  }
   Model m;
   LoadRadiograph(m, 500);
   const PlotState& p = m.Plot();
   EXPECT_EQ(p.DataSetCount, 1);
   EXPECT_EQ(p.RadiographDataSet, kRadiographDataSet);
-  EXPECT_EQ(m.App.DataSetOfPlot[0], kRadiographDataSet);
   EXPECT_STREQ(p.DataSetNames[kRadiographDataSet - 1], "Radiograph");
   EXPECT_STREQ(p.CurveLabel, "Radiograph");
   EXPECT_EQ(p.CurveLayout[0], 5);

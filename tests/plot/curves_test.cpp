@@ -32,7 +32,7 @@ class CurvesTest : public ::testing::Test {
     plot.RadiographDataSet = kRadiographDataSet;
     CopyField(plot.DataSetNames[kSet - 1], "Fe");
     CopyField(plot.DataSetNames[3], "Ti");
-    model_->App.DataSetOfPlot[0] = kSet;
+    model_->App.Settings.DataSetOfPlot[0] = kSet;
     model_->App.RatioSetOfPlot[0] = 4;
     model_->App.CurveColour[0] = 0x000000FF;
     model_->Settings().Colours[kAxisColour] = 0x00FF0000;
@@ -160,11 +160,24 @@ TEST_F(CurvesTest, CorrectionFactorsAndNormalisation) {
   section.CurveCorrection[0] = 3;  // the curve's own factor replaces the section's
   ComputeCurves(*model_);
   EXPECT_DOUBLE_EQ(Value(0), 36);
-  section.Data[9][0] = 4;  // "Inc" in data set 10
-  model_->Plot().IncSet = 10;
+  section.Data[9][0] = 4;  // "Inc" in data set 10, which IncSet counts from 0
+  model_->Plot().IncSet = 9;
   model_->App.NormaliseBy[0] = 1;
   ComputeCurves(*model_);
   EXPECT_DOUBLE_EQ(Value(0), 9);
+}
+
+// The mask is no curve, and a section without a radiograph has no radiograph data:
+// neither draws a point (not even a line of zeros at the column's edge).
+TEST_F(CurvesTest, TheMaskAndMissingRadiographDataDrawNoPoints) {
+  for (int set : {1, kRadiographDataSet}) {
+    SCOPED_TRACE(set);
+    model_->App.Settings.DataSetOfPlot[0] = set;
+    ExpectOffsets({0, 0, 0, 0}, {-1, -1, -1, -1});
+    EXPECT_EQ(model_->Plot().ColumnOffset[0], 0);
+  }
+  model_->Section(0).Radiographs[0].Height = 4;  // with a radiograph the zeros are data
+  ExpectOffsets({0, 0, 0, 0}, {0, 0, 0, 0});
 }
 
 TEST_F(CurvesTest, FixedScalePinsValuesAboveTheMaximum) {
@@ -203,13 +216,13 @@ TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
   PlotState& plot = model_->Plot();
   for (int set : {0, -4, kMaxChannels + 1, 1000}) {
     SCOPED_TRACE(set);
-    app.DataSetOfPlot[0] = set;
+    app.Settings.DataSetOfPlot[0] = set;
     app.RatioOn[0] = 0;
     ComputeCurves(*model_);
     EXPECT_EQ(plot.ColumnOffset[0], 0) << "nothing counted";
     EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), " int.");
     // A ratio whose denominator set does not exist is no ratio.
-    app.DataSetOfPlot[0] = kSet;
+    app.Settings.DataSetOfPlot[0] = kSet;
     app.RatioOn[0] = 1;
     app.RatioSetOfPlot[0] = set;
     ComputeCurves(*model_);
@@ -345,25 +358,41 @@ TEST_F(CurvesTest, CoverageBarMarksLoadedPoints) {
   EXPECT_EQ(image.pixelColor(50, kTop + 181), kWhite);
 }
 
-TEST_F(CurvesTest, ValueScaleTicksAtComputedPositions) {
-  // Range 0..10 over 96 px: 9.6 px per unit.  On a 1600 px wide device ticks are at
-  // least 4 px apart, so the step is 0.5 and every second tick (the whole units) is
-  // labelled and one pixel taller.
+TEST_F(CurvesTest, ValueScaleTicksFollowTheWholeDevicesWidth) {
+  // Range 0..10 over 96 px: 9.6 px per unit.  Ticks are at least a 400th of the whole
+  // device apart: the screen's width for a window painted through a smaller buffer.
+  struct Row {
+    int imageWidth, horzRes;
+    double step;
+    int labelEvery;
+  } rows[] = {
+      {1600, 0, 0.5, 2},     // 4 px: half units, the whole units labelled
+      {400, 1600, 0.5, 2},   // the buffer's own 400 px would give a comb of 1 px
+      {1600, 4000, 2.0, 5},  // 10 px: steps of 2, labels on 0 and 10
+  };
   const int x = 100, y = 60;
-  const QImage image = Paint([&](PaintContext& ctx) { DrawValueScale(ctx, 0, 10, 9.6, x, y); }, 1600, 100);
   const int minor = 96 / 32, major = minor * 3 / 2;
-  for (int i = 0; i <= 20; ++i) {
-    const int px = x + int(std::floor(i * 0.5 * 9.6 + 0.5));
-    SCOPED_TRACE(i);
-    for (int r = 1; r <= minor; ++r) EXPECT_EQ(image.pixelColor(px, y - r), kAxis);
-    EXPECT_EQ(image.pixelColor(px, y - major), i % 2 == 0 ? kAxis : kWhite);
-    EXPECT_EQ(image.pixelColor(px, y), kWhite);
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.horzRes);
+    const QImage image = Paint(
+        [&](PaintContext& ctx) {
+          ctx.HorzRes = r.horzRes;
+          DrawValueScale(ctx, 0, 10, 9.6, x, y);
+        },
+        r.imageWidth, 100);
+    std::vector<int> ticks;
+    for (int px = x; px <= x + 96; ++px)
+      if (image.pixelColor(px, y - 1) == kAxis) ticks.push_back(px);
+    std::vector<int> expected;
+    for (int i = 0; i * r.step <= 10; ++i) expected.push_back(x + int(std::floor(i * r.step * 9.6 + 0.5)));
+    EXPECT_EQ(ticks, expected);
+    for (size_t i = 0; i < expected.size(); ++i)
+      EXPECT_EQ(image.pixelColor(expected[i], y - major), i % size_t(r.labelEvery) == 0 ? kAxis : kWhite) << i;
+    int text = 0;
+    for (int yy = 0; yy < y - major; ++yy)
+      for (int xx = x - 10; xx < x + 110; ++xx) text += image.pixelColor(xx, yy) == kText;
+    EXPECT_GT(text, 20) << "labels above the ticks";
   }
-  EXPECT_EQ(image.pixelColor(x + 2, y - 1), kWhite);
-  int text = 0;
-  for (int yy = 0; yy < y - major; ++yy)
-    for (int xx = x - 10; xx < x + 110; ++xx) text += image.pixelColor(xx, yy) == kText;
-  EXPECT_GT(text, 20) << "labels above the ticks";
 }
 
 }  // namespace

@@ -284,7 +284,7 @@ TEST(PaintPlot, PlotOfDataSetInvertsTheMapButNeverNamesTheMask) {
   AddRadiograph(model, 0, 50, 500, 0x555555u);
   model.Plot().DataSetCount = 3;
   const int plotted[3] = {2, 1, 5};  // set 1 is the mask: no entry
-  std::copy(plotted, plotted + 3, model.App.DataSetOfPlot);
+  std::copy(plotted, plotted + 3, model.App.Settings.DataSetOfPlot);
   model.App.PlotOfDataSet[40] = 7;
   Paint(model, 500, 400);
   EXPECT_EQ(model.App.PlotOfDataSet[1], 0);
