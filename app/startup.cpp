@@ -1,11 +1,11 @@
 #include "app/startup.h"
 
-#include <QWidget>
 #include <cstring>
 
 #include "app/main_window.h"
 #include "app/shell_commands.h"
 #include "app/window_rect.h"
+#include "images/ui/image_windows.h"
 #include "model/core.h"
 #include "model/messages.h"
 #include "model/model.h"
@@ -44,12 +44,8 @@ std::unique_ptr<MainWindow> StartUp(Model& model, Prompt& prompt, const std::fil
   CopyField(model.App.HelpPath, help.c_str());
 
   // The two image windows exist from the start, hidden until a tool dialog shows them.
-  auto* image = new QWidget(window.get(), Qt::Tool);
-  image->setObjectName(QStringLiteral("ImageClass"));
-  image->hide();
-  auto* radImage = new QWidget(window.get(), Qt::Tool);
-  radImage->setObjectName(QStringLiteral("RadImageClass"));
-  radImage->hide();
+  new ImageWindow(*window);
+  new RadImageWindow(*window);
 
   RegisterAllCommands(model, prompt, *window);
 
