@@ -52,38 +52,6 @@ TEST(PaintPlot, NothingToShowPaintsOnlyTheBackground) {
   PaintPlot(model, painter, PaintTarget{});
 }
 
-TEST(PaintPlot, LayoutFieldsFollowFontsMarginsAndZoom) {
-  const struct {
-    int width, height, zoom;
-    bool showInfo;
-    const char* countTime;
-  } cases[] = {
-      {1000, 700, 1, true, ""}, {1000, 700, 1, true, "10 s"}, {800, 600, 1, false, ""},
-      {640, 480, 2, true, ""},  {1000, 700, 8, true, "4 s"},
-  };
-  for (const auto& c : cases) {
-    Model model;
-    StartCore(model);
-    AddRadiograph(model, 0, 100, 1200, 0x808080u);
-    CopyField(model.CurSection().CountTimeText, c.countTime);
-    model.Plot().ShowInfo = c.showInfo;
-    model.Plot().ZoomFactor = c.zoom;
-    Paint(model, c.width, c.height);
-    const PlotState& p = model.Plot();
-    const Geometry g = Expect(model, c.width, c.height, c.zoom);
-    SCOPED_TRACE(testing::Message() << c.width << "x" << c.height << " zoom " << c.zoom);
-    EXPECT_EQ(p.LeftMargin, 3 * g.ch);
-    EXPECT_EQ(p.TopMargin, 2 * g.ch + 4);
-    EXPECT_EQ(p.PlotHeight, g.plotHeight);
-    EXPECT_FLOAT_EQ(p.DepthSpan, 1200.0f);
-    // One radiograph column of w0 * H / h0 pixels, at least a fortieth of the page.
-    const int radWidth = std::max(100 * g.plotHeight / 1200, c.width / 40);
-    const int columnLeft = g.x0 + kGap + radWidth + kGap + 96 * 3 / 16;
-    EXPECT_EQ(p.ColumnLeft, columnLeft);
-    EXPECT_EQ(p.ColumnWidth, (g.xr - columnLeft) / 3);
-  }
-}
-
 TEST(PaintPlot, AxesAndRadiographColumnAtComputedPositions) {
   Model model;
   StartCore(model);
