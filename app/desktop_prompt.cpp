@@ -2,24 +2,39 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
 
+#include "plot/paint_context.h"
+
 namespace sedra {
 
 namespace {
-QString Latin1(const std::string& s) { return QString::fromLatin1(s.data(), qsizetype(s.size())); }
+// The program's own texts are 8-bit ANSI; file and folder names are native paths.
+QString Text(const std::string& s) { return FromAnsi(s.c_str(), s.size()); }
+QString NativePath(const std::string& s) { return QFile::decodeName(QByteArray::fromStdString(s)); }
 }  // namespace
+
+DialogStart InitialSelection(const FileRequest& request) {
+  DialogStart start{NativePath(request.InitialDir), {}};
+  QString name = NativePath(request.InitialName);
+  // The initial name may carry a leading separator, or the section's folder before it.
+  name.replace(QLatin1Char('\\'), QLatin1Char('/'));
+  name = name.mid(name.lastIndexOf(QLatin1Char('/')) + 1);
+  if (!name.contains(QLatin1Char('*'))) start.Name = name;
+  return start;
+}
 
 QString FilterString(const FileRequest& request, QString* selected) {
   QStringList parts;
   for (size_t i = 0; i < request.Filters.size(); ++i) {
     const FileFilter& f = request.Filters[i];
     // Qt reads the patterns from the parentheses; add them when the name lacks them.
-    QString part = Latin1(f.Name);
-    if (!part.contains(QLatin1Char('('))) part += QStringLiteral(" (") + Latin1(f.Pattern) + QLatin1Char(')');
+    QString part = Text(f.Name);
+    if (!part.contains(QLatin1Char('('))) part += QStringLiteral(" (") + Text(f.Pattern) + QLatin1Char(')');
     parts << part;
     if (selected && int(i) + 1 == request.FilterIndex) *selected = part;
   }
@@ -28,8 +43,8 @@ QString FilterString(const FileRequest& request, QString* selected) {
 
 Answer DesktopPrompt::Message(const std::string& text, const std::string& caption, Icon icon, Buttons buttons) {
   QMessageBox box(owner_);
-  box.setText(Latin1(text));
-  box.setWindowTitle(Latin1(caption));
+  box.setText(Text(text));
+  box.setWindowTitle(Text(caption));
   switch (icon) {
     case Icon::Hand: box.setIcon(QMessageBox::Critical); break;
     case Icon::Exclamation: box.setIcon(QMessageBox::Warning); break;
@@ -60,12 +75,9 @@ namespace {
 FileChoice RunFileDialog(QWidget* owner, const FileRequest& request, bool save) {
   QString selected;
   const QString filters = FilterString(request, &selected);
-  QString start = Latin1(request.InitialDir);
-  // The initial name may carry a leading separator; it names a file in the folder.
-  QString name = Latin1(request.InitialName);
-  while (name.startsWith(QLatin1Char('\\')) || name.startsWith(QLatin1Char('/'))) name.remove(0, 1);
-  if (!name.isEmpty() && !name.contains(QLatin1Char('*'))) start = QDir(start).filePath(name);
-  QFileDialog dialog(owner, Latin1(request.Title), start, filters);
+  const DialogStart start = InitialSelection(request);
+  QFileDialog dialog(owner, Text(request.Title), start.Directory, filters);
+  if (!start.Name.isEmpty()) dialog.selectFile(start.Name);
   dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   // The save command asks about overwriting itself.
@@ -74,7 +86,7 @@ FileChoice RunFileDialog(QWidget* owner, const FileRequest& request, bool save) 
   FileChoice choice;
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return choice;
   choice.Accepted = true;
-  choice.Path = dialog.selectedFiles().first().toStdString();
+  choice.Path = QFile::encodeName(dialog.selectedFiles().first()).toStdString();
   const QStringList all = filters.split(QStringLiteral(";;"));
   choice.FilterIndex = int(all.indexOf(dialog.selectedNameFilter())) + 1;
   if (choice.FilterIndex < 1) choice.FilterIndex = 1;

@@ -25,4 +25,14 @@ class DesktopPrompt : public Prompt, public PrintPrompt {
 // "TIFF files (*.tif);;All files (*.*)" from the filter list.
 QString FilterString(const FileRequest& request, QString* selected);
 
+// Where a file dialog opens: the request's folder (a native path, whatever its
+// characters) and the proposed file name without any folder of its own, so that a
+// save dialog opens in the working folder even when the proposed name came with the
+// section's folder.  A name with a wildcard proposes nothing.
+struct DialogStart {
+  QString Directory;
+  QString Name;
+};
+DialogStart InitialSelection(const FileRequest& request);
+
 }  // namespace sedra

@@ -7,7 +7,6 @@
 #include "app/window_rect.h"
 #include "images/ui/image_windows.h"
 #include "model/core.h"
-#include "model/messages.h"
 #include "model/model.h"
 #include "model/settings_files.h"
 
@@ -35,8 +34,7 @@ std::unique_ptr<MainWindow> StartUp(Model& model, Prompt& prompt, const std::fil
   CreateSettingsIfMissing(model, workFolder);
   std::memset(&model.App.Elements, 0, sizeof model.App.Elements);
   if (!ReadSettings(model, workFolder, &prompt)) return nullptr;
-  NewCore(model, nullptr);
-  CopyField(model.App.Title, msg::kProgramTitle);
+  StartSession(model);
 
   auto window = std::make_unique<MainWindow>(model, prompt, workFolder);
   window->setWindowTitle(QString::fromLatin1(model.App.Title));
@@ -51,13 +49,6 @@ std::unique_ptr<MainWindow> StartUp(Model& model, Prompt& prompt, const std::fil
 
   const DisplaySettings& s = model.Settings();
   PlaceWindow(*window, QRect(s.WindowX, s.WindowY, s.WindowWidth, s.WindowHeight));
-  model.Plot().DataSetCount = 0;
-  model.Work().ShowRadiograph = 1;
-  model.Work().ShowOptical = 1;
-  DisplaySettings& settings = model.Settings();
-  std::memset(settings.DataSetOfPlot, 0, sizeof settings.DataSetOfPlot);
-  std::memset(settings.DataSetSelection2, 0, sizeof settings.DataSetSelection2);
-  std::memset(settings.DataSetSelection3, 0, sizeof settings.DataSetSelection3);
   return window;
 }
 

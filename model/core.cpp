@@ -12,6 +12,14 @@
 
 namespace sedra {
 
+namespace {
+void ClearDataSetSelections(DisplaySettings& settings) {
+  std::memset(settings.DataSetOfPlot, 0, sizeof settings.DataSetOfPlot);
+  std::memset(settings.DataSetSelection2, 0, sizeof settings.DataSetSelection2);
+  std::memset(settings.DataSetSelection3, 0, sizeof settings.DataSetSelection3);
+}
+}  // namespace
+
 void FreeSectionImages(Model& model) {
   const int count = model.Plot().SectionCount;
   for (int s = 0; s < count && s < kMaxSections; ++s) {
@@ -64,14 +72,20 @@ bool NewCore(Model& model, Prompt* prompt) {
   if (!prompt) return true;
 
   // A new core has no curves yet: the data-set selection starts again as at start-up.
-  DisplaySettings& settings = model.Settings();
-  std::memset(settings.DataSetOfPlot, 0, sizeof settings.DataSetOfPlot);
-  std::memset(settings.DataSetSelection2, 0, sizeof settings.DataSetSelection2);
-  std::memset(settings.DataSetSelection3, 0, sizeof settings.DataSetSelection3);
+  ClearDataSetSelections(model.Settings());
   model.NotifyImagesReplaced();
   model.RequestRepaint();
   MenuAfterNewCore(model.App.Menu);
   return true;
+}
+
+void StartSession(Model& model) {
+  NewCore(model, nullptr);
+  CopyField(model.App.Title, msg::kProgramTitle);
+  model.Plot().DataSetCount = 0;
+  model.Work().ShowRadiograph = 1;
+  model.Work().ShowOptical = 1;
+  ClearDataSetSelections(model.Settings());
 }
 
 float StepSizeMm(const char* text) {

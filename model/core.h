@@ -12,6 +12,11 @@ class Prompt;
 // one (start-up) it only resets the model.  Returns false when the user declined.
 bool NewCore(Model& model, Prompt* prompt);
 
+// What every start does once the settings are read, for the program and the renderer
+// alike: an empty core, the program's title, both images shown, and no data-set
+// selection carried over from the last run.
+void StartSession(Model& model);
+
 // Releases the pixel blocks and display bitmaps of every loaded section.
 void FreeSectionImages(Model& model);
 

@@ -43,6 +43,9 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesAndTheQuestionDependsOnTheSectionCount) 
     m.Plot().Modified = r.modified;
     m.Plot().SectionCount = r.sections;
     m.Plot().ZoomFactor = 8;
+    m.Settings().DataSetOfPlot[0] = kRadiographDataSet;
+    int toolsEnded = 0;
+    m.ImagesReplaced = [&toolsEnded] { ++toolsEnded; };
     test::ScriptedPrompt prompt;
     prompt.Answers.push_back(r.answer);
     EXPECT_EQ(NewCore(m, &prompt), r.cleared);
@@ -60,12 +63,16 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesAndTheQuestionDependsOnTheSectionCount) 
       EXPECT_TRUE(m.CurRadiograph().Samples.empty());
       EXPECT_EQ(m.Plot().ZoomFactor, 1);
       EXPECT_EQ(m.Plot().SectionCount, 1);
+      EXPECT_EQ(m.Settings().DataSetOfPlot[0], 0) << "a new core has no curve selected";
+      EXPECT_EQ(toolsEnded, 1) << "an open tool is told its data is gone";
     } else {
       // A No changes nothing at all.
       EXPECT_EQ(m.CurSection().PointCount, 500);
       EXPECT_EQ(m.CurRadiograph().Samples.size(), 2000u);
       EXPECT_EQ(m.Plot().ZoomFactor, 8);
       EXPECT_EQ(m.Plot().SectionCount, r.sections);
+      EXPECT_EQ(m.Settings().DataSetOfPlot[0], kRadiographDataSet);
+      EXPECT_EQ(toolsEnded, 0);
     }
   }
 }

@@ -15,8 +15,9 @@ namespace {
 const QString kRenderer = QStringLiteral(SEDRA_BUILD_DIR "/tools/render/sedra-render");
 
 // Runs a program with space-separated arguments; exit code (-1 timeout, -2 crash) and stderr.
-std::pair<int, QString> Execute(const QString& program, const QString& args) {
+std::pair<int, QString> Execute(const QString& program, const QString& args, const QString& workDir = {}) {
   QProcess p;
+  if (!workDir.isEmpty()) p.setWorkingDirectory(workDir);
   p.start(program, args.split(QLatin1Char(' '), Qt::SkipEmptyParts));
   if (!p.waitForFinished(60000)) return {-1, {}};
   return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -2, QString::fromLocal8Bit(p.readAllStandardError())};
@@ -65,6 +66,7 @@ TEST_F(RenderTool, PdfPageCarriesVectorText) {
   const QString extracted = QString::fromUtf8(text.readAllStandardOutput());
   EXPECT_TRUE(extracted.contains(QStringLiteral("X-radiograph Conditions"))) << extracted.toStdString();
   EXPECT_TRUE(extracted.contains(QStringLiteral("2 cm")));
+  EXPECT_TRUE(extracted.contains(QStringLiteral(" - Sedra-PLOT V2.81"))) << "the version after the date, as printed";
   // And the page renders: A4 landscape at 36 dpi, with the blue axes on it.
   ASSERT_EQ(Execute(QStringLiteral("pdftoppm"), "-r 36 -png -singlefile " + pdf + " " + Out("page")).first, 0);
   const QImage page(Out("page.png"));
@@ -87,6 +89,18 @@ TEST_F(RenderTool, ReaderMessagesGoToStderrAndFailuresExitNonZero) {
   EXPECT_NE(exit, 0);
   EXPECT_TRUE(err.contains(QStringLiteral("The Expand region is too small")));
   EXPECT_NE(Execute(kRenderer, QStringLiteral("--zoom 3")).first, 0);
+}
+
+// Folders and files named relative to where the tool runs, or a RAW file by its name
+// in the section folder.
+TEST_F(RenderTool, RelativeFoldersAndFiles) {
+  const QString folder = QFileInfo(Folder("--raw-values 200 --raw-lines 50")).fileName();
+  for (const QString& args : {folder + " -o rel.png", folder + " --raw " + folder + "/radiograph.raw --maxres -o raw1.png",
+                              folder + " --raw radiograph.raw --highres -o raw2.png"}) {
+    const auto [exit, err] = Execute(kRenderer, args, dir_.path());
+    EXPECT_EQ(exit, 0) << args.toStdString() << ": " << err.toStdString();
+    EXPECT_FALSE(err.contains(QStringLiteral("document.txt"))) << args.toStdString();
+  }
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include <QPageSize>
 #include <QPainter>
 #include <QPrinter>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -175,19 +176,25 @@ bool ApplyExpand(sedra::Model& model, FolderPrompt& prompt, double top, double b
   return true;
 }
 
+// A file named on the command line: as given when it is there, else in the section
+// folder ("--raw radiograph.raw" names the folder's own file).
+std::filesystem::path SectionFile(const Options& o, const std::filesystem::path& file) {
+  std::error_code ec;
+  if (file.is_relative() && !std::filesystem::exists(file, ec)) return std::filesystem::absolute(o.Folder / file, ec);
+  return std::filesystem::absolute(file, ec);
+}
+
 bool Load(sedra::Model& model, FolderPrompt& prompt, const Options& o) {
   if (!o.Raw.empty()) {
-    std::filesystem::path raw = o.Raw;
-    if (raw.is_relative()) raw = o.Folder / raw;
-    prompt.Files.push_back(raw);
+    prompt.Files.push_back(SectionFile(o, o.Raw));
     if (!sedra::CommandReadRaw(model, prompt, o.MaxRes, [&model] { model.Plot().ZoomFactor = 1; })) return false;
   } else {
-    prompt.Files.push_back(o.Folder / "radiograph.tif");
+    prompt.Files.push_back(SectionFile(o, o.Folder / "radiograph.tif"));
     if (!sedra::CommandReadRadiograph(model, prompt)) return false;
   }
   if (!model.CurRadiograph().Loaded()) return false;
   if (o.Optical) {
-    prompt.Files.push_back(o.Folder / "optical.tif");
+    prompt.Files.push_back(SectionFile(o, o.Folder / "optical.tif"));
     if (!sedra::CommandReadOptical(model, prompt)) return false;
     if (!model.CurOptical().Loaded()) return false;
   }
@@ -216,6 +223,9 @@ int RenderPng(sedra::Model& model, const Options& o) {
     sedra::PaintTarget target;
     target.Client = image.rect();
     target.ScrollPos = o.Scroll;
+    // The window is seen on a screen, which spaces the value-scale ticks: a common
+    // 1920-pixel desktop, or the page itself when it is wider.
+    target.HorzRes = std::max(width, 1920);
     sedra::PaintPlot(model, painter, target);
   }
   if (!image.save(QString::fromStdString(o.Out.string()), "PNG")) {
@@ -276,13 +286,18 @@ int main(int argc, char** argv) {
   QGuiApplication app(argc, argv);
   sedra::RegisterFontSubstitutes();
 
+  // The plot is drawn as the program draws it: with the display settings of the working
+  // folder when the program has left them there, with the built-in ones otherwise.
   sedra::Model model;
-  sedra::NewCore(model, nullptr);
-  sedra::SetDefaultSettings(model.App.Settings);
-  model.Work().ShowRadiograph = 1;
-  model.Work().ShowOptical = 1;
-
   FolderPrompt prompt;
+  const std::filesystem::path here = std::filesystem::current_path();
+  if (std::filesystem::exists(here / "defaults.def")) {
+    if (!sedra::ReadSettings(model, here, &prompt)) return 1;
+  } else {
+    sedra::SetDefaultSettings(model.App.Settings);
+  }
+  sedra::StartSession(model);
+
   if (!Load(model, prompt, options)) {
     std::fprintf(stderr, "sedra-render: could not read the section in %s\n", options.Folder.string().c_str());
     return 1;
