@@ -363,6 +363,8 @@ QString CurveTitle(const Model& model, int c) {
   if (c < 0 || c >= kMaxCurves) return {};
   const PlotState& plot = model.Plot();
   const AppState& app = model.App;
+  // The mask is no curve: its column has no title either.
+  if (app.Settings.DataSetOfPlot[c] == 1) return {};
   const std::string name = SetName(plot, app.Settings.DataSetOfPlot[c] - 1);
   const int filter = app.FilterType[c];
   std::string title;

@@ -305,6 +305,8 @@ TEST_F(CurvesTest, TitlesCarryRatioLogAndUnitMarks) {
     model_->App.CountsPerSecond = row.cps;
     EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), row.expected) << row.name;
   }
+  model_->App.Settings.DataSetOfPlot[0] = 1;
+  EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), "") << "the mask's column has no title";
 }
 
 // ---------------------------------------------------------------- drawing
