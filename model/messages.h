@@ -18,6 +18,16 @@ inline constexpr const char* kCouldNotCreateMainWnd = "Could not create hMainWnd
 inline constexpr const char* kCouldNotCreateImageWnd = "Could not create hImageWnd";
 inline constexpr const char* kCouldNotCreateRadImageWnd = "Could not create hRadImageWnd";
 inline constexpr const char* kRanOutOfMemory = "Ran out of memory";
+// Told once, at start-up, when the settings files cannot be replaced; the program runs on.
+inline constexpr const char* kSettingsNotSaved =
+    "The settings cannot be saved in '%s': %s. The program goes on, but changes to the settings will not be kept.";
+
+// Writing any file: why it failed, and what is left.
+inline constexpr const char* kFileNotWritten =
+    "The file '%s' could not be written: %s. Any earlier file of that name is unchanged.";
+inline constexpr const char* kReasonDiskFull = "the disk is full";
+inline constexpr const char* kReasonReadOnly = "the folder or the file is read-only";
+inline constexpr const char* kReasonNoFolder = "the folder does not exist";
 
 // New core.
 inline constexpr const char* kContinueWithoutSaving = "Do you want to continue without saving changes made?";
