@@ -13,6 +13,7 @@
 
 #include "model/messages.h"
 #include "model/model.h"
+#include "model/numbers.h"
 #include "model/prompt.h"
 #include "model/row_bands.h"
 
@@ -283,11 +284,12 @@ size_t ReadCounting(FILE* file, ByteBuffer& text, size_t from, size_t to, LineFe
 }
 
 ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, const LineFeeds& feeds, bool maxRes,
-                         int64_t maxPixels);
+                         int64_t memoryCeiling);
 
 }  // namespace
 
-ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes, int64_t maxPixels) {
+ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes,
+                               int64_t memoryCeiling) {
   LineFeeds feeds;
   try {
     feeds.Count(text.data(), 0, text.size());
@@ -295,13 +297,13 @@ ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view te
     prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::Ok);
     return {};
   }
-  return ParseIndexed(model, prompt, text, feeds, maxRes, maxPixels);
+  return ParseIndexed(model, prompt, text, feeds, maxRes, memoryCeiling);
 }
 
 namespace {
 
 ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, const LineFeeds& feeds, bool maxRes,
-                         int64_t maxPixels) {
+                         int64_t memoryCeiling) {
   WorkingBlock& work = model.Work();
   if (maxRes) SetResolution(work, 10, 1);
   else SetResolution(work, 5, 2);
@@ -318,9 +320,6 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
     return {};
   }
 
-  RadiographDesc& cleared = model.CurRadiograph();
-  cleared.Clear();
-
   // The image may be at most kMaxRawRows high: step the resolution down until it fits.
   while (values > kMaxRawRows / work.SampleStep) {
     if (work.SampleStep == 10) {
@@ -331,6 +330,7 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
     } else if (work.SampleStep == 3) {
       SetResolution(work, 1, 10);
     } else {
+      model.CurRadiograph().Clear();
       prompt.Message(msg::kTooLargeRaw, msg::kDefaultCaption, Icon::None, Buttons::Ok);
       return {};
     }
@@ -340,6 +340,22 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   const int n = int(values);
   const int64_t height = int64_t(n) * expand;
   const int64_t width = lines / group;
+  // Refusals that need no image yet leave the radiograph shown as it was.  Too few lines
+  // for one column would give an image of no width and an empty plot.
+  if (width == 0) {
+    prompt.Message(Format(msg::kTooFewRawLines, int(lines), group), msg::kDefaultCaption, Icon::None, Buttons::Ok);
+    return {};
+  }
+  // The text, the samples, the display bits and their screen copies, checked before
+  // any of them is allocated.
+  const int64_t units = (width + kBand - 1) / kBand;  // of kBand line groups
+  const int bands = int(std::clamp<int64_t>(std::min<int64_t>(RowBandCount(width * height), units), 1, kMaxRowBands));
+  const int64_t workBytes = int64_t(text.size()) + int64_t(bands) * n * kBand * int64_t(sizeof(uint16_t));
+  if (!WithinMemoryCeiling(ImageMemory(width, height, 2), workBytes, memoryCeiling)) {
+    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::OkCancel);
+    return {};
+  }
+  model.CurRadiograph().Clear();
 
   CoreSection& section = model.CurSection();
   if (section.RadiographCount == 0) {
@@ -348,13 +364,7 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   }
   RadiographDesc& rad = model.CurRadiograph();
   rad.Clear();
-  if (width * height > maxPixels) {
-    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::OkCancel);
-    return {};
-  }
   // Columns are parsed in bands of line groups, one thread each for a large image.
-  const int64_t units = (width + kBand - 1) / kBand;  // of kBand line groups
-  const int bands = int(std::clamp<int64_t>(std::min<int64_t>(RowBandCount(width * height), units), 1, kMaxRowBands));
   std::vector<uint16_t> counts;
   try {
     AllocateDib(rad.Bitmap, int32_t(width), int32_t(height));
@@ -461,6 +471,8 @@ ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, b
     if (std::fseek(file.get(), 0, SEEK_END) != 0) return {1, false};
     const long size = std::ftell(file.get());
     if (size < 0 || std::fseek(file.get(), 0, SEEK_SET) != 0) return {1, false};
+    // The text alone beyond the ceiling: no image of it could be kept.
+    if (!WithinMemoryCeiling(0, size, kImageMemoryCeiling)) throw std::bad_alloc();
     AllocateBytes(text, size_t(size));
     // A large file is read in bands on several threads, each through a handle of its
     // own, with its line feeds counted on the way.
@@ -506,7 +518,7 @@ ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, b
   }
   file.reset();
   return ParseIndexed(model, prompt, std::string_view(reinterpret_cast<const char*>(text.data()), text.size()), feeds,
-                      maxRes, kMaxImagePixels);
+                      maxRes, kImageMemoryCeiling);
 }
 
 }  // namespace sedra

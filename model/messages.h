@@ -46,6 +46,10 @@ inline constexpr const char* kWarnVoltage = "Warning, HV has changed from previo
 inline constexpr const char* kWarnCurrent = "Warning, Current has changed from previous section";
 inline constexpr const char* kWarnExposure = "Warning, Exposure has changed from previous section";
 inline constexpr const char* kWarnTube = "Warning, the Tube has changed from previous section";
+inline constexpr const char* kBadStepSize =
+    "The step size '%s' in 'document.txt' is not a positive number of micrometres up to 1000000; it was ignored";
+inline constexpr const char* kBadCoordinate =
+    "The depth '%s' in 'document.txt' is not a number of millimetres within 10 km; it was ignored";
 
 // TIFF reader.
 inline constexpr const char* kOnlyThreeRadiographs = "Can only read up to 3 radiograph images";
@@ -56,6 +60,12 @@ inline constexpr const char* kExpected1Sample = "Expected 1 Sample per Pixel for
 inline constexpr const char* kExpectedBits = "Expected 16 or 8 BitsPerSample for image file";
 inline constexpr const char* kCouldNotAllocate = "Could not allocate memory";
 inline constexpr const char* kErrorReadingTiff = "Error reading Tiff file";
+inline constexpr const char* kNotGreyRadiograph =
+    "This radiograph is not stored as grey levels (it has a colour palette or another colour model) and cannot be read";
+inline constexpr const char* kNotRgbImage =
+    "This image's colours are not stored as red, green and blue, so it cannot be read";
+inline constexpr const char* kNotWholeNumberSamples =
+    "This image's samples are not whole numbers of 8 or 16 bits, so it cannot be read";
 
 // RAW reader.
 inline constexpr const char* kNoNewLines = "This file did not contain New Lines";
@@ -63,6 +73,8 @@ inline constexpr const char* kNoTabs = "This file did not contain any Tabs";
 inline constexpr const char* kTooLargeMaxRes =
     "This image is too large to display at maximum resolution, trying lower resolution";
 inline constexpr const char* kTooLargeRaw = "This image is too large to display from a RAW file";
+inline constexpr const char* kTooFewRawLines =
+    "This file has %d line(s), fewer than the %d summed into each column of the image at this resolution";
 
 // Printing.
 inline constexpr const char* kNoPdfDriver = "There was no PDF Print Driver found";
