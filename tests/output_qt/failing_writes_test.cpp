@@ -105,7 +105,9 @@ TEST_P(FailingWrites, TellTheUserAndLeaveTheEarlierFile) {
     if (c.CannotCreate && output == Output::Pdf) expect = msg::kNoPdfDriver;
     if (c.CannotCreate && (output == Output::Bmp || output == Output::Tiff)) expect = msg::kCouldNotOpenDataFile;
     EXPECT_EQ(told, expect) << Extension(output);
-    if (hadEarlier) EXPECT_EQ(ReadAllText(target), kEarlier) << Extension(output);
+    if (hadEarlier) {
+      EXPECT_EQ(ReadAllText(target), kEarlier) << Extension(output);
+    }
     std::error_code ec;
     for (const auto& entry : fs::recursive_directory_iterator(folder.Path(), ec))
       EXPECT_EQ(entry.path().filename().string().find(".tmp-"), std::string::npos) << entry.path();
