@@ -533,7 +533,8 @@ class TiffRead {
       f = ReadFields(tif.get());
       refusal = Check(f);
     }
-    // A refusal of the new kinds comes before anything is touched: nothing is lost.
+    // A file of the wrong kind, or one that would take too much memory, is refused
+    // before the image it would replace is given up: nothing is lost.
     if (refusal.Text && !refusal.ClearsImage) {
       prompt_.Message(refusal.Text, refusal.Caption, Icon::None, Buttons::Ok);
       return {};

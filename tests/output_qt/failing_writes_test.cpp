@@ -9,7 +9,6 @@
 
 #include <QImage>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -31,7 +30,9 @@ namespace fs = std::filesystem;
 
 enum class Output { Bmp, Tiff, Pdf, Png };
 constexpr Output kOutputs[] = {Output::Bmp, Output::Tiff, Output::Pdf, Output::Png};
-const char* Extension(Output o) { return o == Output::Bmp ? ".bmp" : o == Output::Tiff ? ".tif" : o == Output::Pdf ? ".pdf" : ".png"; }
+const char* Extension(Output o) {
+  return o == Output::Bmp ? ".bmp" : o == Output::Tiff ? ".tif" : o == Output::Pdf ? ".pdf" : ".png";
+}
 
 struct FailingWrite {
   const char* Name;
@@ -55,7 +56,6 @@ class FailingWrites : public ::testing::TestWithParam<FailingWrite> {
   std::string Run(Output output, const fs::path& target) {
     ScriptedPrompt prompt;
     prompt.Answers.assign(4, Answer::Yes);  // overwrite an existing file: yes
-    int pngError = 0;
     if (output == Output::Pdf) {
       prompt.ChooseFile(target.string());
       EXPECT_FALSE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));
@@ -63,8 +63,8 @@ class FailingWrites : public ::testing::TestWithParam<FailingWrite> {
       QImage noise(300, 300, QImage::Format_RGB32);
       for (int y = 0; y < 300; ++y)
         for (int x = 0; x < 300; ++x) noise.setPixel(x, y, qRgb((x * 7919) % 256, (y * 104729) % 256, (x ^ y) & 255));
-      pngError = WriteImageFile(noise, target, "PNG");
-      return pngError ? FileNotWrittenMessage(target, pngError) : std::string();
+      const int error = WriteImageFile(noise, target, "PNG");
+      return error ? FileNotWrittenMessage(target, error) : std::string();
     } else {
       prompt.ChooseFile(target.string(), output == Output::Bmp ? 1 : 2);
       EXPECT_FALSE(SaveImage(*model, prompt, view));
