@@ -39,21 +39,26 @@ std::string TiffBytes(const TiffLayout& layout, uint32_t value = 1) {
   return test::ReadFile(path);
 }
 
+void Append(std::vector<uint8_t>& out, const void* data, size_t size) {
+  const size_t at = out.size();
+  out.resize(at + size);
+  if (size) std::memcpy(out.data() + at, data, size);
+}
+
 // Everything a read could change that the user would miss: the section's fields, the
 // images' pixels and the depths taken from document.txt.
 std::vector<uint8_t> Snapshot(const Model& m) {
   const CoreSection& s = m.CurSection();
-  std::vector<uint8_t> out(sizeof(CoreSectionFields));
-  std::memcpy(out.data(), static_cast<const CoreSectionFields*>(&s), out.size());
-  out.insert(out.end(), s.Optical.Pixels.begin(), s.Optical.Pixels.end());
+  std::vector<uint8_t> out;
+  Append(out, static_cast<const CoreSectionFields*>(&s), sizeof(CoreSectionFields));
+  Append(out, s.Optical.Pixels.data(), s.Optical.Pixels.size());
   for (const RadiographDesc& r : s.Radiographs) {
-    const auto* samples = reinterpret_cast<const uint8_t*>(r.Samples.data());
-    out.insert(out.end(), samples, samples + r.Samples.size() * 2);
-    out.push_back(uint8_t(r.Width));
+    Append(out, r.Samples.data(), r.Samples.size() * sizeof(uint16_t));
+    Append(out, &r.Width, sizeof r.Width);
   }
   const WorkingBlock& w = m.App.Work;
   for (float f : {w.StartCoordinate, w.EndCoordinate, w.OpticalStart, w.OpticalEnd, w.OpticalStepSize})
-    out.insert(out.end(), reinterpret_cast<const uint8_t*>(&f), reinterpret_cast<const uint8_t*>(&f) + 4);
+    Append(out, &f, sizeof f);
   return out;
 }
 
