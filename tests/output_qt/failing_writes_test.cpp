@@ -83,7 +83,7 @@ class FailingWrites : public ::testing::TestWithParam<FailingWrite> {
 
 TEST_P(FailingWrites, TellTheUserAndLeaveTheEarlierFile) {
   const FailingWrite& c = GetParam();
-  view.resize(120, 80);
+  view.resize(300, 200);  // larger than a write block, so writes fail before the last one
   for (Output output : kOutputs) {
     TempFolder folder{"failing"};
     const fs::path target = c.Prepare(folder.Path(), std::string("plot") + Extension(output));
