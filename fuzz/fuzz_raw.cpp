@@ -11,13 +11,16 @@
 #include "model/model.h"
 #include "tests/support/raw_reference.h"
 
+// A memory ceiling of its own keeps each run small and far below the fuzzer's limit.
+constexpr int64_t kCeiling = int64_t(64) << 20;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static sedra::Model* model = new sedra::Model;
   sedra::fuzz::SilentPrompt prompt;
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   for (bool maxRes : {true, false}) {
     model->CurSection().RadiographCount = 0;
-    if (!sedra::ParseRawRadiograph(*model, prompt, text, maxRes, int64_t(1) << 22).PixelsRead) continue;
+    if (!sedra::ParseRawRadiograph(*model, prompt, text, maxRes, kCeiling).PixelsRead) continue;
     const sedra::RadiographDesc& r = model->CurRadiograph();
     const int n = int(std::count(text.begin(), text.begin() + int64_t(text.find('\n')), '\t'));
     const sedra::test::RawReference expect = sedra::test::ReferenceRawParse(

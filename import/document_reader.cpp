@@ -1,6 +1,7 @@
 #include "import/document_reader.h"
 
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +16,11 @@
 
 namespace sedra {
 namespace {
+
+// Steps beyond a metre and depths beyond 10 km come from no core scanner; they only
+// arise from damaged files, and would overflow the depth axis.
+constexpr int32_t kMaxStepMicrometres = 1000000;
+constexpr float kMaxDepthMm = 1.0e7f;
 
 // Fields are found by cutting the line at its last TAB, again and again: the scanner
 // puts the values at the right-hand end, after captions of varying width.
@@ -222,8 +228,30 @@ class MetadataParser {
     if (!ValueAndUnit(line, value, unit)) return;
     // After the optical lines the step belongs to the optical camera; the radiograph's
     // step text is then left empty and the point step falls back to 1 mm.
-    if (work_.OpticalEnd > 0) ScanFloat(value, work_.OpticalStepSize);
-    else if (cameraSwitch_ != 0) Store(section_.StepSizeText, Joined(value, unit));
+    if (work_.OpticalEnd > 0) {
+      float step = 0;
+      if (!ScanFloat(value, step)) return;
+      if (std::isfinite(step) && step > 0 && step <= kMaxStepMicrometres) work_.OpticalStepSize = step;
+      else Refuse(msg::kBadStepSize, value);
+    } else if (cameraSwitch_ != 0) {
+      // The depth axis takes the leading whole number of this text as micrometres per
+      // point: none (or text) means 1 mm, but a step of zero, below zero or beyond
+      // any scanner would give an empty, reversed or overflowing axis.  Such a line is
+      // passed over, so the step is 1 mm as without one.
+      int32_t micrometres = 0;
+      size_t pos = 0;
+      if (ScanInt(value, pos, micrometres) && (micrometres <= 0 || micrometres > kMaxStepMicrometres)) {
+        Refuse(msg::kBadStepSize, value);
+        return;
+      }
+      Store(section_.StepSizeText, Joined(value, unit));
+    }
+  }
+
+  // A value the plot cannot use is named to the user and left out.
+  void Refuse(const char* text, std::string_view value) {
+    const std::string shown(value.substr(0, 32));
+    prompt_.Message(Format(text, shown.c_str()), "", Icon::Exclamation, Buttons::Ok);
   }
 
   void XrfVoltage(std::string_view line) {
@@ -236,11 +264,20 @@ class MetadataParser {
     Store(section_.XrfVoltText, text);
   }
 
-  static void Coordinates(std::string_view line, float& first, float& last) {
+  void Coordinates(std::string_view line, float& first, float& last) {
     std::string_view second, end, rest = line;
     if (!SecondField(line, second)) return;
-    ScanFloat(second, first);
-    if (CutLast(rest, end)) ScanFloat(end, last);
+    Depth(second, first);
+    if (CutLast(rest, end)) Depth(end, last);
+  }
+
+  // A depth in mm; "inf", "nan" or a number no core reaches would put the whole plot
+  // out of reach of the depth scale, so it is refused and the old value stays.
+  void Depth(std::string_view text, float& depth) {
+    float value = 0;
+    if (!ScanFloat(text, value)) return;
+    if (std::isfinite(value) && std::fabs(value) <= kMaxDepthMm) depth = value;
+    else Refuse(msg::kBadCoordinate, text);
   }
 
   Model& model_;

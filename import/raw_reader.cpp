@@ -13,6 +13,7 @@
 
 #include "model/messages.h"
 #include "model/model.h"
+#include "model/numbers.h"
 #include "model/prompt.h"
 #include "model/row_bands.h"
 
@@ -283,11 +284,12 @@ size_t ReadCounting(FILE* file, ByteBuffer& text, size_t from, size_t to, LineFe
 }
 
 ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, const LineFeeds& feeds, bool maxRes,
-                         int64_t maxPixels);
+                         int64_t memoryCeiling);
 
 }  // namespace
 
-ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes, int64_t maxPixels) {
+ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes,
+                               int64_t memoryCeiling) {
   LineFeeds feeds;
   try {
     feeds.Count(text.data(), 0, text.size());
@@ -295,13 +297,21 @@ ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view te
     prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::Ok);
     return {};
   }
-  return ParseIndexed(model, prompt, text, feeds, maxRes, maxPixels);
+  return ParseIndexed(model, prompt, text, feeds, maxRes, memoryCeiling);
 }
 
 namespace {
 
-ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, const LineFeeds& feeds, bool maxRes,
-                         int64_t maxPixels) {
+// The image a RAW text makes: its values per line, resolution, size and parsing bands.
+struct RawShape {
+  int N = 0, Expand = 1, Group = 1, Bands = 1;
+  int64_t Width = 0, Height = 0;
+};
+
+// Sets the resolution and steps it down until the image fits; false (after the
+// message) when the text cannot make an image that fits in memory.
+bool ChooseShape(Model& model, Prompt& prompt, std::string_view text, const LineFeeds& feeds, bool maxRes,
+                 int64_t memoryCeiling, RawShape& shape) {
   WorkingBlock& work = model.Work();
   if (maxRes) SetResolution(work, 10, 1);
   else SetResolution(work, 5, 2);
@@ -310,16 +320,13 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   const int64_t lines = feeds.Lines();
   if (lines == 0) {
     prompt.Message(msg::kNoNewLines, msg::kDefaultCaption, Icon::None, Buttons::Ok);
-    return {};
+    return false;
   }
   const int64_t values = std::count(text.data(), text.data() + feeds.First(), '\t');
   if (values == 0) {
     prompt.Message(msg::kNoTabs, msg::kDefaultCaption, Icon::None, Buttons::Ok);
-    return {};
+    return false;
   }
-
-  RadiographDesc& cleared = model.CurRadiograph();
-  cleared.Clear();
 
   // The image may be at most kMaxRawRows high: step the resolution down until it fits.
   while (values > kMaxRawRows / work.SampleStep) {
@@ -331,15 +338,44 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
     } else if (work.SampleStep == 3) {
       SetResolution(work, 1, 10);
     } else {
+      model.CurRadiograph().Clear();
       prompt.Message(msg::kTooLargeRaw, msg::kDefaultCaption, Icon::None, Buttons::Ok);
-      return {};
+      return false;
     }
   }
-  const int expand = work.SampleStep;
-  const int group = work.RawLineGroup;
-  const int n = int(values);
-  const int64_t height = int64_t(n) * expand;
-  const int64_t width = lines / group;
+  shape.N = int(values);
+  shape.Expand = work.SampleStep;
+  shape.Group = work.RawLineGroup;
+  shape.Height = int64_t(shape.N) * shape.Expand;
+  shape.Width = lines / shape.Group;
+  // Refusals that need no image yet leave the radiograph shown as it was.  Too few lines
+  // for one column would give an image of no width and an empty plot.
+  if (shape.Width == 0) {
+    prompt.Message(Format(msg::kTooFewRawLines, int(lines), shape.Group), msg::kDefaultCaption, Icon::None,
+                   Buttons::Ok);
+    return false;
+  }
+  // Columns are parsed in bands of line groups, one thread each for a large image.
+  const int64_t units = (shape.Width + kBand - 1) / kBand;  // of kBand line groups
+  shape.Bands = int(std::clamp<int64_t>(std::min<int64_t>(RowBandCount(shape.Width * shape.Height), units), 1,
+                                        kMaxRowBands));
+  // The text, the samples, the display bits and their screen copies, checked before
+  // any of them is allocated.
+  const int64_t workBytes = int64_t(text.size()) + int64_t(shape.Bands) * shape.N * kBand * int64_t(sizeof(uint16_t));
+  if (!WithinMemoryCeiling(ImageMemory(shape.Width, shape.Height, 2), workBytes, memoryCeiling)) {
+    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::OkCancel);
+    return false;
+  }
+  return true;
+}
+
+ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, const LineFeeds& feeds, bool maxRes,
+                         int64_t memoryCeiling) {
+  RawShape shape;
+  if (!ChooseShape(model, prompt, text, feeds, maxRes, memoryCeiling, shape)) return {};
+  const int n = shape.N, expand = shape.Expand, group = shape.Group, bands = shape.Bands;
+  const int64_t width = shape.Width, height = shape.Height;
+  const int64_t units = (width + kBand - 1) / kBand;
 
   CoreSection& section = model.CurSection();
   if (section.RadiographCount == 0) {
@@ -348,13 +384,6 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   }
   RadiographDesc& rad = model.CurRadiograph();
   rad.Clear();
-  if (width * height > maxPixels) {
-    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::OkCancel);
-    return {};
-  }
-  // Columns are parsed in bands of line groups, one thread each for a large image.
-  const int64_t units = (width + kBand - 1) / kBand;  // of kBand line groups
-  const int bands = int(std::clamp<int64_t>(std::min<int64_t>(RowBandCount(width * height), units), 1, kMaxRowBands));
   std::vector<uint16_t> counts;
   try {
     AllocateDib(rad.Bitmap, int32_t(width), int32_t(height));
@@ -461,6 +490,8 @@ ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, b
     if (std::fseek(file.get(), 0, SEEK_END) != 0) return {1, false};
     const long size = std::ftell(file.get());
     if (size < 0 || std::fseek(file.get(), 0, SEEK_SET) != 0) return {1, false};
+    // The text alone beyond the ceiling: no image of it could be kept.
+    if (!WithinMemoryCeiling(0, size, kImageMemoryCeiling)) throw std::bad_alloc();
     AllocateBytes(text, size_t(size));
     // A large file is read in bands on several threads, each through a handle of its
     // own, with its line feeds counted on the way.
@@ -506,7 +537,7 @@ ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, b
   }
   file.reset();
   return ParseIndexed(model, prompt, std::string_view(reinterpret_cast<const char*>(text.data()), text.size()), feeds,
-                      maxRes, kMaxImagePixels);
+                      maxRes, kImageMemoryCeiling);
 }
 
 }  // namespace sedra

@@ -24,8 +24,9 @@ ReadOutcome ReadRawRadiograph(Model& model, Prompt& prompt, bool maxRes, const Z
 // Reads the RAW file at `path` (the part of ReadRawRadiograph after the file choice).
 ReadOutcome ReadRawFile(Model& model, Prompt& prompt, const std::string& path, bool maxRes);
 
-// Parses RAW text already in memory into the current radiograph.
+// Parses RAW text already in memory into the current radiograph, within a memory
+// ceiling (the fuzz targets keep each run small with their own).
 ReadOutcome ParseRawRadiograph(Model& model, Prompt& prompt, std::string_view text, bool maxRes,
-                               int64_t maxPixels = kMaxImagePixels);
+                               int64_t memoryCeiling = kImageMemoryCeiling);
 
 }  // namespace sedra

@@ -40,6 +40,19 @@ void AllocateUncleared(std::vector<T, DefaultInitAllocator<T>>& v, size_t count)
 
 }  // namespace
 
+int64_t ImageMemory(int64_t width, int64_t height, int sourceBytes) {
+  if (width <= 0 || height <= 0) return 0;
+  // Worked out in floating point: a header may claim 2^32 x 2^32 pixels.
+  const double w = double(width), h = double(height);
+  const double stride = double((width * 3 + 3) & ~int64_t(3));
+  const double bytes = w * h * sourceBytes + stride * h + w * h * 4.0 * 4.0 / 3.0;
+  return bytes >= double(INT64_MAX / 2) ? INT64_MAX / 2 : int64_t(bytes);
+}
+
+bool WithinMemoryCeiling(int64_t imageBytes, int64_t workBytes, int64_t ceiling) {
+  return imageBytes >= 0 && workBytes >= 0 && imageBytes <= ceiling && workBytes <= ceiling - imageBytes;
+}
+
 void AllocateSamples(SampleBuffer& samples, size_t count) { AllocateUncleared(samples, count); }
 
 void AllocateBytes(ByteBuffer& bytes, size_t count) { AllocateUncleared(bytes, count); }

@@ -16,10 +16,23 @@ class Prompt;
 struct Dib;
 struct RadiographDesc;
 
-// The largest image a reader will build, in pixels.  Far above any scanner image
-// (18 000 x 2 000 radiographs, 8192-row optical images), low enough that a file whose
-// header claims something absurd is refused before any memory is touched.
-constexpr int64_t kMaxImagePixels = int64_t(1) << 28;
+// The most memory one image may take, whatever its file claims: its samples or source
+// pixels, the display bitmap, the screen copies the drawing makes of it, and what the
+// reader needs on the way (a RAW file's text, a TIFF's rows or tiles).  Every image the
+// readers can keep passes: the largest optical image (8192 x 8192 after reduction) takes
+// about 0.8 GB, a scanner's longest radiograph (18 000 x 2 000) about 0.4 GB.  A file
+// whose header claims more is refused with the memory message before anything is
+// allocated, however small the file (a compressed file can claim gigabytes).
+constexpr int64_t kImageMemoryCeiling = int64_t(2) << 30;
+
+// Bytes a loaded image of width x height pixels holds: `sourceBytes` per pixel of its
+// own (2 for radiograph samples, 3 for optical pixels), the padded 24-bit display
+// bitmap, and the RGB32 screen copy with its reduced copies (a third more at most).
+// Saturates instead of overflowing for absurd sizes.
+int64_t ImageMemory(int64_t width, int64_t height, int sourceBytes);
+
+// Whether an image and the reader's own `workBytes` stay within `ceiling`.
+bool WithinMemoryCeiling(int64_t imageBytes, int64_t workBytes, int64_t ceiling);
 
 // What a reader did, beyond its 1/0 answer.
 struct ReadOutcome {

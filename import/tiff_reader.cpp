@@ -378,11 +378,22 @@ bool GuessShifted(const uint16_t* band, size_t stride, int64_t rows, int64_t col
 // A band of a few rows: whole cache lines per bitmap row, small beside the image.
 constexpr int64_t kBandRows = 32;
 
+// Samples that mean something else than plain counts are put right as they are read,
+// by flipping bits: a MinIsWhite file (white = 0) is inverted, and signed samples are
+// shifted to unsigned ones, the 16-bit ones into the scanner's offset form.
+template <typename T>
+void FlipSamples(T* samples, size_t count, T mask) {
+  if (mask == 0) return;
+  for (size_t i = 0; i < count; ++i) samples[i] = T(samples[i] ^ mask);
+}
+
 template <typename T>
 bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, int64_t tiffHeight, uint32_t& minimum,
-                           uint32_t& maximum, bool& shifted, const Source& source) {
+                           uint32_t& maximum, bool& shifted, const Source& source, T mask) {
   if constexpr (sizeof(T) == 2) {
-    if (const uint16_t* rows = ContiguousRows16(tif, source.Bytes, source.FileSize, tiffWidth, tiffHeight)) {
+    const uint16_t* rows =
+        mask == 0 ? ContiguousRows16(tif, source.Bytes, source.FileSize, tiffWidth, tiffHeight) : nullptr;
+    if (rows) {
       const size_t stride = size_t(tiffWidth);
       shifted = GuessShifted(rows, stride, std::min(kBandRows, tiffHeight), tiffWidth);
       // A large image is turned in bands of TIFF rows on several threads; each band
@@ -410,6 +421,7 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
     for (int64_t y0 = 0; y0 < tiffHeight; y0 += th)
       for (int64_t x0 = 0; x0 < tiffWidth; x0 += tw) {
         if (TIFFReadTile(tif, tile.data(), uint32_t(x0), uint32_t(y0), 0, 0) < 0) return false;
+        FlipSamples(tile.data(), tile.size(), mask);
         PlaceRadiographBlock(rad, tile.data(), size_t(rowBytes) / sizeof(T), y0, std::min<int64_t>(th, tiffHeight - y0),
                              x0, std::min<int64_t>(tw, tiffWidth - x0), minimum, maximum);
       }
@@ -423,6 +435,7 @@ bool ReadRadiographSamples(TIFF* tif, RadiographDesc& rad, int64_t tiffWidth, in
     const int64_t rows = std::min(kBandRows, tiffHeight - r0);
     for (int64_t i = 0; i < rows; ++i)
       if (TIFFReadScanline(tif, band.data() + size_t(i) * stride, uint32_t(r0 + i), 0) < 0) return false;
+    FlipSamples(band.data(), stride * size_t(rows), mask);
     if constexpr (sizeof(T) == 2) {
       if (r0 == 0) shifted = GuessShifted(band.data(), stride, rows, tiffWidth);
       TurnBand16(rad, band.data(), stride, r0, rows, tiffWidth, minimum, maximum, shifted);
@@ -445,60 +458,129 @@ void SetFileName(Model& model, const std::string& fileTitle) {
   }
 }
 
+// What the reader takes from the first directory.
+struct TiffFields {
+  uint16_t Compression = COMPRESSION_NONE, Spp = 1, Bits = 1, Planar = PLANARCONFIG_CONTIG;
+  uint16_t Photometric = PHOTOMETRIC_MINISBLACK, SampleFormat = SAMPLEFORMAT_UINT;
+  bool HasPhotometric = false;
+  uint32_t Width = 0, Height = 0;
+  int64_t WorkBytes = 0;  // the row band or tile buffer the read will need
+};
+
+TiffFields ReadFields(TIFF* tif) {
+  TiffFields f;
+  TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &f.Compression);
+  TIFFGetFieldDefaulted(tif, TIFFTAG_SAMPLESPERPIXEL, &f.Spp);
+  TIFFGetFieldDefaulted(tif, TIFFTAG_BITSPERSAMPLE, &f.Bits);
+  TIFFGetFieldDefaulted(tif, TIFFTAG_PLANARCONFIG, &f.Planar);
+  TIFFGetFieldDefaulted(tif, TIFFTAG_SAMPLEFORMAT, &f.SampleFormat);
+  TIFFGetField(tif, TIFFTAG_IMAGEWIDTH, &f.Width);
+  TIFFGetField(tif, TIFFTAG_IMAGELENGTH, &f.Height);
+  f.HasPhotometric = TIFFGetField(tif, TIFFTAG_PHOTOMETRIC, &f.Photometric) != 0;
+  if (f.HasPhotometric && f.Compression == COMPRESSION_JPEG && f.Photometric == PHOTOMETRIC_YCBCR &&
+      TIFFIsCODECConfigured(f.Compression)) {
+    // libtiff turns JPEG's YCbCr into RGB itself when asked.
+    TIFFSetField(tif, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    f.Photometric = PHOTOMETRIC_RGB;
+  }
+  f.WorkBytes = TIFFIsTiled(tif) ? int64_t(TIFFTileSize64(tif)) : int64_t(TIFFScanlineSize64(tif)) * 32;
+  return f;
+}
+
+// Where a kept optical pixel goes: the longer side runs along the core, halved until at
+// most 8192 rows remain.
+OpticalGeometry OpticalGeometryFor(int64_t w, int64_t h) {
+  OpticalGeometry g{};
+  g.Rotate = h < w;
+  g.Height = g.Rotate ? w : h;
+  g.Width = g.Rotate ? h : w;
+  g.Step = 1;
+  while (g.Height > 8192) {
+    g.Height /= 2;
+    g.Width /= 2;
+    g.Step *= 2;
+  }
+  return g;
+}
+
+// A refusal: its message, and whether the descriptor was already given up for it (the
+// refusals the scanner software always had) or is left as it was.
+struct Refusal {
+  const char* Text = nullptr;
+  const char* Caption = "";
+  bool ClearsImage = true;
+  bool RestoreCount = false;
+};
+
 class TiffRead {
  public:
   TiffRead(Model& model, Prompt& prompt, bool radiograph, bool add, const RadiographPlaceChooser& choosePlace,
-           int64_t maxPixels)
+           int64_t memoryCeiling)
       : model_(model), prompt_(prompt), radiograph_(radiograph), add_(add), choosePlace_(choosePlace),
-        maxPixels_(maxPixels) {}
+        memoryCeiling_(memoryCeiling) {}
 
   ReadOutcome Run(const Source& source, const std::string& fileTitle) {
     if (!LooksLikeTiff(source.Header, source.HeaderBytes)) {
       prompt_.Message(msg::kNotVersion42, msg::kDefaultCaption, Icon::None, Buttons::Ok);
       return {};
     }
+    SilenceLibtiff();
+    fileSize_ = source.FileSize;
+    TiffHandle tif(source.Open());
+    TiffFields f;
+    Refusal refusal{msg::kErrorReadingTiff, "", true, true};
+    if (tif) {
+      f = ReadFields(tif.get());
+      refusal = Check(f);
+    }
+    // A file of the wrong kind, or one that would take too much memory, is refused
+    // before the image it would replace is given up: nothing is lost.
+    if (refusal.Text && !refusal.ClearsImage) {
+      prompt_.Message(refusal.Text, refusal.Caption, Icon::None, Buttons::Ok);
+      return {};
+    }
     if (radiograph_ || model_.CurSection().FileName[0] == '\0') SetFileName(model_, fileTitle);
     PrepareTarget();
-
-    SilenceLibtiff();
-    TiffHandle tif(source.Open());
-    if (!tif) return Fail(msg::kErrorReadingTiff, "", true);
-
-    uint16_t compression = COMPRESSION_NONE;
-    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_COMPRESSION, &compression);
-    if (!TIFFIsCODECConfigured(compression)) return Fail(msg::kCompressed, "", false);
-    uint16_t spp = 1, bits = 1, planar = PLANARCONFIG_CONTIG, photometric = 0;
-    uint32_t tiffWidth = 0, tiffHeight = 0;
-    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_SAMPLESPERPIXEL, &spp);
-    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_BITSPERSAMPLE, &bits);
-    TIFFGetFieldDefaulted(tif.get(), TIFFTAG_PLANARCONFIG, &planar);
-    TIFFGetField(tif.get(), TIFFTAG_IMAGEWIDTH, &tiffWidth);
-    TIFFGetField(tif.get(), TIFFTAG_IMAGELENGTH, &tiffHeight);
-    if (TIFFGetField(tif.get(), TIFFTAG_PHOTOMETRIC, &photometric) && compression == COMPRESSION_JPEG &&
-        photometric == PHOTOMETRIC_YCBCR)
-      TIFFSetField(tif.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-
-    if (!radiograph_) {
-      if (spp != 3) return Fail(msg::kExpected3Samples, "", false);
-      if (bits != 8 && bits != 16) return Fail(msg::kExpectedBits, "", false);
-    } else {
-      if (spp != 1) return Fail(msg::kExpected1Sample, "", true);
-      // Radiographs come as 16-bit counts; 8-bit ones are taken as they are.  Other
-      // depths cannot be meant as counts.
-      if (bits != 8 && bits != 16) return Fail(msg::kErrorReadingTiff, "", true);
-    }
-    const int64_t w = tiffWidth, h = tiffHeight;
-    if (w < 1 || h < 1) return Fail(msg::kErrorReadingTiff, "", true);
-    // The pixels a header claims must fit in the file: as stored without compression,
-    // and within what any codec can squeeze into it otherwise.
-    const uint64_t needed = uint64_t(w) * uint64_t(h) * spp * (bits / 8);
-    const uint64_t room = compression == COMPRESSION_NONE ? source.FileSize : source.FileSize * 1100;
-    if (needed > room) return Fail(msg::kErrorReadingTiff, "", true);
-
-    return radiograph_ ? ReadRadiograph(tif.get(), w, h, bits, source) : ReadOptical(tif.get(), w, h, bits, planar);
+    if (refusal.Text) return Fail(refusal.Text, refusal.Caption, refusal.RestoreCount);
+    return radiograph_ ? ReadRadiograph(tif.get(), f, source) : ReadOptical(tif.get(), f);
   }
 
  private:
+  // The checks in the order the user meets them; no text when the file can be read.
+  Refusal Check(const TiffFields& f) const {
+    if (!TIFFIsCODECConfigured(f.Compression)) return {msg::kCompressed, "", true, false};
+    if (!radiograph_ && f.Spp != 3) return {msg::kExpected3Samples, "", true, false};
+    if (radiograph_ && f.Spp != 1) return {msg::kExpected1Sample, "", true, true};
+    // Floating-point or complex samples have no meaning as counts or colours here.
+    const bool signedSamples = f.SampleFormat == SAMPLEFORMAT_INT;
+    if ((f.SampleFormat != SAMPLEFORMAT_UINT && !signedSamples) || (signedSamples && !radiograph_))
+      return {msg::kNotWholeNumberSamples, "", false};
+    if (!radiograph_ && f.Bits != 8 && f.Bits != 16) return {msg::kExpectedBits, "", true, false};
+    // Radiographs come as 16-bit counts; 8-bit ones are taken as they are.  Other
+    // depths cannot be meant as counts.
+    if (radiograph_ && f.Bits != 8 && f.Bits != 16) return {msg::kErrorReadingTiff, "", true, true};
+    if (f.Width < 1 || f.Height < 1) return {msg::kErrorReadingTiff, "", true, radiograph_};
+    // An uncompressed file holds its pixels as they are: one claiming more than it has
+    // would come up short reading them, so it is answered as that before any allocation.
+    if (f.Compression == COMPRESSION_NONE &&
+        double(f.Width) * double(f.Height) * f.Spp * (f.Bits / 8) > double(fileSize_))
+      return {msg::kErrorReadingTiff, "", true, radiograph_};
+    // Grey levels with black or white at zero are counts; a palette's indices or any
+    // colour model are not.  A file without the tag is the scanner's own, read as counts.
+    if (radiograph_ && f.HasPhotometric && f.Photometric != PHOTOMETRIC_MINISBLACK &&
+        f.Photometric != PHOTOMETRIC_MINISWHITE)
+      return {msg::kNotGreyRadiograph, "", false};
+    if (!radiograph_ && f.HasPhotometric && f.Photometric != PHOTOMETRIC_RGB) return {msg::kNotRgbImage, "", false};
+    int64_t imageBytes = ImageMemory(f.Height, f.Width, 2);
+    if (!radiograph_) {
+      const OpticalGeometry g = OpticalGeometryFor(f.Width, f.Height);
+      imageBytes = ImageMemory(g.Width, g.Height, 3);
+    }
+    if (!WithinMemoryCeiling(imageBytes, f.WorkBytes, memoryCeiling_))
+      return {msg::kCouldNotAllocate, msg::kDefaultCaption, false};
+    return {nullptr};
+  }
+
   void PrepareTarget() {
     CoreSection& section = model_.CurSection();
     PlotState& plot = model_.Plot();
@@ -547,19 +629,11 @@ class TiffRead {
     return {};
   }
 
-  ReadOutcome ReadOptical(TIFF* tif, int64_t w, int64_t h, uint16_t bits, uint16_t planar) {
-    OpticalGeometry g{};
-    g.Rotate = h < w;  // the longer side runs along the core
-    g.Height = g.Rotate ? w : h;
-    g.Width = g.Rotate ? h : w;
-    g.Step = 1;
-    while (g.Height > 8192) {
-      g.Height /= 2;
-      g.Width /= 2;
-      g.Step *= 2;
-    }
+  ReadOutcome ReadOptical(TIFF* tif, const TiffFields& f) {
+    const int64_t w = f.Width, h = f.Height;
+    const uint16_t bits = f.Bits;
+    OpticalGeometry g = OpticalGeometryFor(w, h);
     if (g.Width < 1) return Fail(msg::kErrorReadingTiff, "", false);
-    if (g.Width * g.Height > maxPixels_) return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, false);
     g.Stride = Dib::StrideFor(int32_t(g.Width));
     // The last row and column of an odd-sized image are dropped, as the scanner
     // software always did; the bitmap keeps their place in black.
@@ -573,7 +647,7 @@ class TiffRead {
     } catch (const std::bad_alloc&) {
       return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, false);
     }
-    const bool separate = planar == PLANARCONFIG_SEPARATE;
+    const bool separate = f.Planar == PLANARCONFIG_SEPARATE;
     const bool ok = bits == 8 ? ReadOpticalPixels<uint8_t>(tif, opt.Pixels.data(), g, w, h, separate)
                               : ReadOpticalPixels<uint16_t>(tif, opt.Pixels.data(), g, w, h, separate);
     if (!ok) return Fail(msg::kErrorReadingTiff, "", false);
@@ -590,11 +664,12 @@ class TiffRead {
     return {1, true};
   }
 
-  ReadOutcome ReadRadiograph(TIFF* tif, int64_t w, int64_t h, uint16_t bits, const Source& source) {
+  ReadOutcome ReadRadiograph(TIFF* tif, const TiffFields& f, const Source& source) {
+    const int64_t w = f.Width, h = f.Height;
+    const uint16_t bits = f.Bits;
     WorkingBlock& work = model_.Work();
     work.SampleStep = 1;  // a TIFF radiograph is not resampled
     work.RawLineGroup = 1;
-    if (w * h > maxPixels_) return Fail(msg::kCouldNotAllocate, msg::kDefaultCaption, true);
     RadiographDesc& rad = model_.CurRadiograph();
     rad.Width = int32_t(h);
     rad.Height = int32_t(w);
@@ -606,8 +681,14 @@ class TiffRead {
     }
     uint32_t minimum = 64000, maximum = 0;
     bool shifted = false;
-    const bool ok = bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum, shifted, source)
-                              : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum, shifted, source);
+    // White at zero is turned into black at zero; signed samples are moved up by half
+    // the range.  Both are one flip of bits.
+    const uint16_t top = bits == 8 ? 0x80 : kOffsetBit;
+    uint16_t mask = f.SampleFormat == SAMPLEFORMAT_INT ? top : 0;
+    if (f.HasPhotometric && f.Photometric == PHOTOMETRIC_MINISWHITE) mask ^= uint16_t(bits == 8 ? 0xFF : 0xFFFF);
+    const bool ok =
+        bits == 8 ? ReadRadiographSamples<uint8_t>(tif, rad, w, h, minimum, maximum, shifted, source, uint8_t(mask))
+                  : ReadRadiographSamples<uint16_t>(tif, rad, w, h, minimum, maximum, shifted, source, mask);
     if (!ok) return Fail(msg::kErrorReadingTiff, "", true);
     ApplyOffsetCorrection(rad, minimum, maximum, shifted);
     rad.HeightScale = 1.0f;
@@ -618,7 +699,8 @@ class TiffRead {
   Prompt& prompt_;
   bool radiograph_, add_;
   const RadiographPlaceChooser& choosePlace_;
-  int64_t maxPixels_;
+  int64_t memoryCeiling_;
+  uint64_t fileSize_ = 0;
   int addedPlace_ = -1, addedIndex_ = -1;
 };
 
@@ -666,12 +748,13 @@ ReadOutcome ReadTiffPath(Model& model, Prompt& prompt, const std::string& path, 
   source.Open = [&path] { return TIFFOpen(path.c_str(), "r"); };
   const MappedFile mapped(path);
   if (mapped.Data() && mapped.Size() == source.FileSize) source.Bytes = mapped.Data();
-  TiffRead read(model, prompt, radiograph, add, choosePlace, kMaxImagePixels);
+  TiffRead read(model, prompt, radiograph, add, choosePlace, kImageMemoryCeiling);
   return read.Run(source, std::filesystem::path(path).filename().string());
 }
 
 ReadOutcome ReadTiffMemory(Model& model, Prompt& prompt, const uint8_t* data, size_t size, bool radiograph, bool add,
-                           const std::string& fileTitle, const RadiographPlaceChooser& choosePlace, int64_t maxPixels) {
+                           const std::string& fileTitle, const RadiographPlaceChooser& choosePlace,
+                           int64_t memoryCeiling) {
   Source source;
   source.HeaderBytes = std::min<size_t>(size, sizeof source.Header);
   if (source.HeaderBytes) std::memcpy(source.Header, data, source.HeaderBytes);
@@ -681,7 +764,7 @@ ReadOutcome ReadTiffMemory(Model& model, Prompt& prompt, const uint8_t* data, si
   source.Open = [&stream] {
     return TIFFClientOpen("memory", "r", &stream, MemRead, MemWrite, MemSeek, MemClose, MemSize, MemMap, MemUnmap);
   };
-  TiffRead read(model, prompt, radiograph, add, choosePlace, maxPixels);
+  TiffRead read(model, prompt, radiograph, add, choosePlace, memoryCeiling);
   return read.Run(source, fileTitle);
 }
 

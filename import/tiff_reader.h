@@ -29,9 +29,10 @@ ReadOutcome ReadTiffImage(Model& model, Prompt& prompt, bool radiograph, bool ad
 ReadOutcome ReadTiffPath(Model& model, Prompt& prompt, const std::string& path, bool radiograph, bool add,
                          const RadiographPlaceChooser& choosePlace = {});
 
-// Reads a TIFF held in memory, as if it were a file called `fileTitle`.
+// Reads a TIFF held in memory, as if it were a file called `fileTitle`, with a memory
+// ceiling of its own (the fuzz targets keep each run small with it).
 ReadOutcome ReadTiffMemory(Model& model, Prompt& prompt, const uint8_t* data, size_t size, bool radiograph,
                            bool add, const std::string& fileTitle, const RadiographPlaceChooser& choosePlace = {},
-                           int64_t maxPixels = kMaxImagePixels);
+                           int64_t memoryCeiling = kImageMemoryCeiling);
 
 }  // namespace sedra

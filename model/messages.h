@@ -22,6 +22,16 @@ inline constexpr const char* kCouldNotCreateMainWnd = "Could not create hMainWnd
 inline constexpr const char* kCouldNotCreateImageWnd = "Could not create hImageWnd";
 inline constexpr const char* kCouldNotCreateRadImageWnd = "Could not create hRadImageWnd";
 inline constexpr const char* kRanOutOfMemory = "Ran out of memory";
+// Told once, at start-up, when the settings files cannot be replaced; the program runs on.
+inline constexpr const char* kSettingsNotSaved =
+    "The settings cannot be saved in '%s': %s. The program goes on, but changes to the settings will not be kept.";
+
+// Writing any file: why it failed, and what is left.
+inline constexpr const char* kFileNotWritten =
+    "The file '%s' could not be written: %s. Any earlier file of that name is unchanged.";
+inline constexpr const char* kReasonDiskFull = "the disk is full";
+inline constexpr const char* kReasonReadOnly = "the folder or the file is read-only";
+inline constexpr const char* kReasonNoFolder = "the folder does not exist";
 
 // New core.
 inline constexpr const char* kContinueWithoutSaving = "Do you want to continue without saving changes made?";
@@ -40,6 +50,10 @@ inline constexpr const char* kWarnVoltage = "Warning, HV has changed from previo
 inline constexpr const char* kWarnCurrent = "Warning, Current has changed from previous section";
 inline constexpr const char* kWarnExposure = "Warning, Exposure has changed from previous section";
 inline constexpr const char* kWarnTube = "Warning, the Tube has changed from previous section";
+inline constexpr const char* kBadStepSize =
+    "The step size '%s' in 'document.txt' is not a positive number of micrometres up to 1000000; it was ignored";
+inline constexpr const char* kBadCoordinate =
+    "The depth '%s' in 'document.txt' is not a number of millimetres within 10 km; it was ignored";
 
 // TIFF reader.
 inline constexpr const char* kOnlyThreeRadiographs = "Can only read up to 3 radiograph images";
@@ -50,6 +64,12 @@ inline constexpr const char* kExpected1Sample = "Expected 1 Sample per Pixel for
 inline constexpr const char* kExpectedBits = "Expected 16 or 8 BitsPerSample for image file";
 inline constexpr const char* kCouldNotAllocate = "Could not allocate memory";
 inline constexpr const char* kErrorReadingTiff = "Error reading Tiff file";
+inline constexpr const char* kNotGreyRadiograph =
+    "This radiograph is not stored as grey levels (it has a colour palette or another colour model) and cannot be read";
+inline constexpr const char* kNotRgbImage =
+    "This image's colours are not stored as red, green and blue, so it cannot be read";
+inline constexpr const char* kNotWholeNumberSamples =
+    "This image's samples are not whole numbers of 8 or 16 bits, so it cannot be read";
 
 // RAW reader.
 inline constexpr const char* kNoNewLines = "This file did not contain New Lines";
@@ -57,6 +77,8 @@ inline constexpr const char* kNoTabs = "This file did not contain any Tabs";
 inline constexpr const char* kTooLargeMaxRes =
     "This image is too large to display at maximum resolution, trying lower resolution";
 inline constexpr const char* kTooLargeRaw = "This image is too large to display from a RAW file";
+inline constexpr const char* kTooFewRawLines =
+    "This file has %d line(s), fewer than the %d summed into each column of the image at this resolution";
 
 // Printing.
 inline constexpr const char* kNoPdfDriver = "There was no PDF Print Driver found";

@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "model/file_replace.h"
 #include "model/messages.h"
 #include "model/numbers.h"
 #include "model/prompt.h"
@@ -38,10 +39,6 @@ void PutInfoHeader(std::vector<uint8_t>& out, const BitmapInfoHeader& h) {
   Put32(out, h.ClrImportant);
 }
 
-void WriteAll(std::FILE* file, const uint8_t* data, size_t size) {
-  // Write errors are not reported: the user sees the file's size if the disk was full.
-  if (size != 0) (void)std::fwrite(data, 1, size, file);
-}
 
 // TIFF field types.
 constexpr uint16_t kShort = 3;
@@ -82,7 +79,7 @@ uint32_t BmpHeaderSize(int bitCount) {
   }
 }
 
-bool WriteBmp(Prompt& prompt, std::FILE* file, BitmapSource& source) {
+bool WriteBmp(Prompt& prompt, ReplacingFile& file, BitmapSource& source) {
   BitmapInfoHeader header;
   if (!source.Describe(header)) {
     prompt.Tell(msg::kGetDIBits1Failed);
@@ -112,9 +109,9 @@ bool WriteBmp(Prompt& prompt, std::FILE* file, BitmapSource& source) {
   Put32(fileHeader, header.SizeImage + headerSize + 54);
   Put32(fileHeader, 0);
   Put32(fileHeader, headerSize + 14);
-  // The file header goes out before the rows are read; a failure after it leaves
-  // those 14 bytes in the file.
-  WriteAll(file, fileHeader.data(), fileHeader.size());
+  // The file header goes out before the rows are read; a failure after it is never
+  // committed, so no 14-byte file is left behind.
+  file.Write(fileHeader.data(), fileHeader.size());
 
   if (!source.ReadRows(header, extra.data(), extra.size(), rows.data())) {
     prompt.Tell(msg::kGetDIBitsFailed);
@@ -123,9 +120,8 @@ bool WriteBmp(Prompt& prompt, std::FILE* file, BitmapSource& source) {
   std::vector<uint8_t> info;
   PutInfoHeader(info, header);
   info.insert(info.end(), extra.begin(), extra.end());
-  WriteAll(file, info.data(), info.size());
-  WriteAll(file, rows.data(), rows.size());
-  return true;
+  file.Write(info.data(), info.size());
+  return file.Write(rows.data(), rows.size());
 }
 
 uint32_t TiffDirectoryOffset(int32_t width, int32_t height) {
@@ -137,7 +133,7 @@ uint32_t TiffFileSize(int32_t width, int32_t height) {
   return TiffDirectoryOffset(width, height) + 2 + kTiffEntries * 12 + 2 * kTiffTextField + 2 * 8;
 }
 
-bool WriteTiff(std::FILE* file, int32_t width, int32_t height, const uint8_t* pixels, const char* documentName) {
+bool WriteTiff(ReplacingFile& file, int32_t width, int32_t height, const uint8_t* pixels, const char* documentName) {
   const uint32_t w = uint32_t(width);
   const uint32_t h = uint32_t(height);
   const uint32_t pixelBytes = 3u * w * h;
@@ -148,13 +144,13 @@ bool WriteTiff(std::FILE* file, int32_t width, int32_t height, const uint8_t* pi
   head.push_back('I');
   Put16(head, 42);
   Put32(head, dir);
-  WriteAll(file, head.data(), head.size());
+  file.Write(head.data(), head.size());
   // The rows go out exactly as the display gave them: bottom-up, blue first, padded.
   // Together with the exchanged width and length below this is the layout files
   // already in use have, so it is kept rather than turned into a textbook RGB strip.
-  WriteAll(file, pixels, pixelBytes);
+  file.Write(pixels, pixelBytes);
   const uint8_t zeros[4] = {0, 0, 0, 0};
-  WriteAll(file, zeros, dir - pixelBytes - 8);
+  file.Write(zeros, dir - pixelBytes - 8);
 
   const uint32_t nameOffset = dir + 2 + kTiffEntries * 12;
   const uint32_t softwareOffset = nameOffset + kTiffTextField;
@@ -197,8 +193,8 @@ bool WriteTiff(std::FILE* file, int32_t width, int32_t height, const uint8_t* pi
     Put32(d, numerator);
     Put32(d, kResolutionDenominator);
   }
-  WriteAll(file, d.data(), d.size());
-  return true;
+  // Writes fail alike from the first failure on: the last one answers for all.
+  return file.Write(d.data(), d.size());
 }
 
 void PackBottomUp24(const uint8_t* bits, int32_t width, int32_t height, std::ptrdiff_t bytesPerLine, uint8_t* out) {

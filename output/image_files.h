@@ -8,11 +8,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 
 namespace sedra {
 
 class Prompt;
+class ReplacingFile;
 
 // The 40-byte bitmap information header as a device-independent bitmap describes
 // itself.  Rows are bottom-up, each padded to a multiple of 4 bytes.
@@ -51,10 +51,11 @@ class BitmapSource {
   virtual bool ReadRows(const BitmapInfoHeader& header, uint8_t* extra, size_t extraSize, uint8_t* rows) = 0;
 };
 
-// Writes the bitmap as a BMP file to `file` (open for binary writing).  Reports
+// Writes the bitmap as a BMP file into `file` (opened, not yet committed).  Reports
 // "GetDIBits 1 failed" / "GetDIBits failed" through the prompt when the source fails.
-// Write errors are not reported.
-bool WriteBmp(Prompt& prompt, std::FILE* file, BitmapSource& source);
+// False then, or when a write failed (file.Error() says why; the caller commits or
+// not and tells the user).
+bool WriteBmp(Prompt& prompt, ReplacingFile& file, BitmapSource& source);
 
 // Offset of the TIFF directory for a w x h plot: the pixel bytes after the 8-byte
 // header, rounded up to a multiple of 4.
@@ -65,7 +66,8 @@ uint32_t TiffFileSize(int32_t width, int32_t height);
 // Writes the first 3 x width x height bytes of `pixels` (24-bit bottom-up BGR rows,
 // padded to 4, exactly as read from the display) as an uncompressed RGB TIFF.
 // `documentName` is the current section's FileName (at most 63 characters are kept).
-bool WriteTiff(std::FILE* file, int32_t width, int32_t height, const uint8_t* pixels, const char* documentName);
+// False when a write failed (file.Error() says why).
+bool WriteTiff(ReplacingFile& file, int32_t width, int32_t height, const uint8_t* pixels, const char* documentName);
 
 // Converts 32-bit 0xAARRGGBB pixels (top-down rows, `bytesPerLine` apart) into the
 // 24-bit bottom-up BGR rows the writers take, each padded with zeros to 4 bytes.

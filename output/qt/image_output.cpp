@@ -7,10 +7,10 @@
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
-#include <cstdio>
 #include <new>
 #include <vector>
 
+#include "model/file_replace.h"
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/prompt.h"
@@ -51,13 +51,6 @@ QImage RepaintIntoImage(QWidget& plotView) {
   return image;
 }
 
-struct FileCloser {
-  std::FILE* file;
-  ~FileCloser() {
-    if (file) std::fclose(file);
-  }
-};
-
 }  // namespace
 
 QImage CaptureWindowPixels(QWidget& plotView) {
@@ -77,8 +70,10 @@ bool SaveImage(Model& model, Prompt& prompt, QWidget& plotView) {
   const FileChoice choice = ChooseImageFile(prompt, SaveImageRequest(model, WorkingFolder()));
   if (!choice.Accepted) return false;
 
-  FileCloser out{std::fopen(choice.Path.c_str(), "wb")};
-  if (!out.file) {
+  // The image goes into a temporary beside the chosen file and replaces it only when
+  // complete, so a failure leaves an earlier file of that name as it was.
+  ReplacingFile out(choice.Path);
+  if (!out.Open()) {
     prompt.Tell(msg::kCouldNotOpenDataFile);
     return false;
   }
@@ -89,6 +84,7 @@ bool SaveImage(Model& model, Prompt& prompt, QWidget& plotView) {
   const int32_t width = image.width();
   const int32_t height = image.height();
 
+  bool written = false;
   switch (choice.FilterIndex) {
     case kTiffFilter: {
       std::vector<uint8_t> rows;
@@ -99,20 +95,26 @@ bool SaveImage(Model& model, Prompt& prompt, QWidget& plotView) {
         return false;
       }
       PackBottomUp24(image.constBits(), width, height, image.bytesPerLine(), rows.data());
-      WriteTiff(out.file, width, height, rows.data(), model.CurSection().FileName);
+      written = WriteTiff(out, width, height, rows.data(), model.CurSection().FileName);
       break;
     }
     case kBmpFilter: {
       ImageBitmapSource source(image);
-      // Its own messages say what went wrong; the save itself still counts as done.
-      WriteBmp(prompt, out.file, source);
+      // A failing display has told the user itself; only failed writes are told below.
+      written = WriteBmp(prompt, out, source);
+      if (!written && out.Error() == 0) return true;
       break;
     }
     case kJpegFilter:
+      // Nothing is written, so nothing replaces an earlier file.
       prompt.Tell(msg::kNoJpeg);
-      break;
+      return true;
     default:
-      break;
+      return true;
+  }
+  if (!written || !out.Commit()) {
+    prompt.Tell(FileNotWrittenMessage(choice.Path, out.Error()));
+    return false;
   }
   return true;
 }

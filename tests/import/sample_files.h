@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <functional>
 #include <string>
 #include <vector>
@@ -41,10 +42,22 @@ inline void WriteBytes(const std::filesystem::path& path, const std::string& byt
   out.write(bytes.data(), std::streamsize(bytes.size()));
 }
 
+inline std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// RGB for colour, MinIsBlack for grey (MinIsWhite is 0, so 0 cannot stand for it).
+constexpr uint16_t kAutoPhotometric = 0xFFFF;
+
 struct TiffLayout {
   uint32_t Width = 1, Height = 1;
   uint16_t Samples = 1, Bits = 16;
   uint32_t Tile = 0;  // 0: strips
+  uint16_t Photometric = kAutoPhotometric;
+  uint16_t SampleFormat = SAMPLEFORMAT_UINT;
+  uint16_t Compression = COMPRESSION_NONE;
+  uint32_t RowsPerStrip = 4;
 };
 
 // Writes a TIFF whose sample (row, column, channel) is value(row, column, channel).
@@ -57,8 +70,16 @@ inline void WriteTiff(const std::filesystem::path& path, const TiffLayout& s,
   TIFFSetField(tif, TIFFTAG_IMAGELENGTH, s.Height);
   TIFFSetField(tif, TIFFTAG_SAMPLESPERPIXEL, s.Samples);
   TIFFSetField(tif, TIFFTAG_BITSPERSAMPLE, s.Bits);
-  TIFFSetField(tif, TIFFTAG_PHOTOMETRIC, s.Samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK);
+  const uint16_t photometric = s.Photometric != kAutoPhotometric ? s.Photometric
+                               : s.Samples >= 3                ? PHOTOMETRIC_RGB
+                                                               : PHOTOMETRIC_MINISBLACK;
+  TIFFSetField(tif, TIFFTAG_PHOTOMETRIC, photometric);
   TIFFSetField(tif, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  TIFFSetField(tif, TIFFTAG_SAMPLEFORMAT, s.SampleFormat);
+  TIFFSetField(tif, TIFFTAG_COMPRESSION, s.Compression);
+  std::vector<uint16_t> colours(size_t(1) << (s.Bits <= 16 ? s.Bits : 0), 0);
+  if (photometric == PHOTOMETRIC_PALETTE)
+    TIFFSetField(tif, TIFFTAG_COLORMAP, colours.data(), colours.data(), colours.data());
   if (s.Bits < 8) {  // packed samples: only the refusal of such files is tested
     TIFFSetField(tif, TIFFTAG_ROWSPERSTRIP, s.Height);
     std::vector<uint8_t> row(size_t(TIFFScanlineSize64(tif)), 0x11);
@@ -67,6 +88,7 @@ inline void WriteTiff(const std::filesystem::path& path, const TiffLayout& s,
     return;
   }
   const size_t bytes = s.Bits / 8;
+  ASSERT_LE(bytes, 2u) << "wider samples are written by the tests themselves";
   auto fill = [&](uint8_t* out, uint32_t r, uint32_t c0, uint32_t cols) {
     for (uint32_t c = 0; c < cols; ++c)
       for (uint32_t k = 0; k < s.Samples; ++k) {
@@ -89,7 +111,7 @@ inline void WriteTiff(const std::filesystem::path& path, const TiffLayout& s,
         ASSERT_GE(TIFFWriteTile(tif, tile.data(), x, y, 0, 0), 0);
       }
   } else {
-    TIFFSetField(tif, TIFFTAG_ROWSPERSTRIP, 4u);
+    TIFFSetField(tif, TIFFTAG_ROWSPERSTRIP, s.RowsPerStrip);
     std::vector<uint8_t> row(size_t(s.Width) * s.Samples * bytes);
     for (uint32_t r = 0; r < s.Height; ++r) {
       fill(row.data(), r, 0, s.Width);

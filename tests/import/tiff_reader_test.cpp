@@ -4,6 +4,7 @@
 #include "import/tiff_reader.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -85,6 +86,50 @@ INSTANTIATE_TEST_SUITE_P(Rows, TiffRadiograph,
                                            RadiographCase{"TiledAllAbove", 37, 75, 16, -1, -1, 16},
                                            RadiographCase{"TiledLowLate", 37, 75, 16, 70, 30, 16}),
                          [](const auto& i) { return std::string(i.param.Name); });
+
+// Samples that mean something else than plain counts are turned into counts: a
+// MinIsWhite file is inverted, signed samples are moved up by half their range (so a
+// signed file of positive counts reads like the scanner's offset file).  The offset
+// rule then applies as to any file.
+struct MeaningCase {
+  const char* Name;
+  uint16_t Bits, Photometric, SampleFormat;
+  int32_t First;                           // the stored value of column c is First + 37 c
+  std::function<int32_t(int32_t)> Count;   // the count that value means
+};
+
+class TiffRadiographMeaning : public ::testing::TestWithParam<MeaningCase> {};
+
+TEST_P(TiffRadiographMeaning, StoredValuesBecomeCounts) {
+  const MeaningCase& c = GetParam();
+  const auto path = test::ScratchFolder() / "radiograph.tif";
+  const uint32_t w = 6, h = 3;
+  auto stored = [&](uint32_t col) { return c.First + 37 * int32_t(col); };
+  TiffLayout layout{w, h, 1, c.Bits, 0, c.Photometric, c.SampleFormat};
+  WriteTiff(path, layout, [&](uint32_t, uint32_t col, uint32_t) { return uint32_t(stored(col)) & 0xFFFF; });
+  Model model;
+  ScriptedPrompt prompt;
+  ASSERT_TRUE(ReadFile(model, prompt, path, true).PixelsRead);
+  EXPECT_TRUE(prompt.Messages.empty());
+  int32_t lowest = 65536;
+  for (uint32_t col = 0; col < w; ++col) lowest = std::min(lowest, c.Count(stored(col)));
+  const int32_t offset = lowest > 32768 ? 32768 : 0;
+  const RadiographDesc& rad = model.CurRadiograph();
+  for (uint32_t col = 0; col < w; ++col)
+    EXPECT_EQ(rad.Samples[size_t(w - 1 - col) * rad.Width + 1], c.Count(stored(col)) - offset) << col;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, TiffRadiographMeaning,
+    ::testing::Values(
+        MeaningCase{"MinIsWhite16", 16, PHOTOMETRIC_MINISWHITE, SAMPLEFORMAT_UINT, 1000, [](int32_t v) { return 65535 - v; }},
+        MeaningCase{"MinIsWhite8", 8, PHOTOMETRIC_MINISWHITE, SAMPLEFORMAT_UINT, 3, [](int32_t v) { return 255 - v; }},
+        MeaningCase{"Signed16AcrossZero", 16, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_INT, -100, [](int32_t v) { return v + 32768; }},
+        MeaningCase{"Signed16Positive", 16, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_INT, 20, [](int32_t v) { return v + 32768; }},
+        MeaningCase{"Signed8", 8, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_INT, -90, [](int32_t v) { return v + 128; }},
+        MeaningCase{"SignedMinIsWhite16", 16, PHOTOMETRIC_MINISWHITE, SAMPLEFORMAT_INT, -100,
+                    [](int32_t v) { return 32767 - v; }}),
+    [](const auto& i) { return std::string(i.param.Name); });
 
 // The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
 struct OpticalCase {
@@ -278,7 +323,8 @@ TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) 
   EXPECT_EQ(prompt.OpenRequests[1].InitialName, "/optical.tif");
 }
 
-// The hand-made file the refusals start from reads, unless it needs more than the capacity.
+// The hand-made file the refusals start from reads, unless it needs more memory than
+// the ceiling allows.
 TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
   Model model;
   ScriptedPrompt prompt;

@@ -1,14 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <climits>
 #include <cstring>
+#include <functional>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <vector>
 
+#include "model/file_replace.h"
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/settings_files.h"
+#include "support/permissions.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra {
@@ -199,10 +204,164 @@ TEST_F(SettingsFilesTest, WritingReplacesTheFilesWholeAndLeavesNoTemporaries) {
   EXPECT_EQ(back.Work().Scratch[1000], 0x77);
 }
 
-TEST_F(SettingsFilesTest, AnUnwritableFolderIsSilent) {
+// Settings files as other people and other programs leave them.  Each row starts from a
+// first run's files, changes something, then starts (reads) and closes (writes) again.
+struct SettingsState {
+  const char* Name;
+  std::function<void(const fs::path& folder)> Change;  // before the start, or before the close
+  bool WhileRunning;
+  const char* NotSaved;  // the file WriteSettings could not write; null when all were
+  int Error;
+  std::function<void(const fs::path& folder, const Model& read)> Check;
+};
+
+class SettingsStates : public SettingsFilesTest, public ::testing::WithParamInterface<SettingsState> {};
+
+void PatchWindow(const fs::path& folder, int32_t x, int32_t y, int32_t w, int32_t h) {
   Model m;
   SetDefaultSettings(m.Settings());
-  EXPECT_TRUE(WriteSettings(m, folder_ / "does" / "not" / "exist"));
+  m.Settings().WindowX = x;
+  m.Settings().WindowY = y;
+  m.Settings().WindowWidth = w;
+  m.Settings().WindowHeight = h;
+  WriteSettings(m, folder);  // with a valid checksum
+}
+
+void ExpectWindow(const Model& m, int32_t x, int32_t y, int32_t w, int32_t h) {
+  const DisplaySettings& s = m.App.Settings;
+  EXPECT_EQ((WindowPlace{s.WindowX, s.WindowY, s.WindowWidth, s.WindowHeight}), (WindowPlace{x, y, w, h}));
+}
+
+TEST_P(SettingsStates, StartAndCloseAgain) {
+  const SettingsState& c = GetParam();
+  Model first;
+  test::ScriptedPrompt prompt;
+  ASSERT_TRUE(FirstStart(first, prompt));
+  if (!c.WhileRunning) c.Change(folder_);
+  const auto defaultsBefore = ReadAll(folder_ / "defaults.def");
+
+  Model m;
+  EXPECT_TRUE(ReadSettings(m, folder_, &prompt));
+  EXPECT_TRUE(prompt.Messages.empty());
+  if (c.WhileRunning) c.Change(folder_);
+  m.Settings().MarginLeft = 42;  // a change the close would save
+  SettingsSave check, save;
+  test::WithoutPermissionOverride([&] {
+    check = CheckSettingsWritable(folder_);
+    save = WriteSettings(m, folder_);
+  });
+  EXPECT_EQ(save.Saved, c.NotSaved == nullptr);
+  EXPECT_EQ(check.Saved, save.Saved) << "the start-up check foresees the close";
+  if (c.NotSaved) {
+    EXPECT_EQ(save.File.filename(), c.NotSaved);
+    EXPECT_EQ(save.Error, c.Error);
+    const std::string message = SettingsNotSavedMessage(save);
+    EXPECT_NE(message.find(WriteFailureReason(c.Error)), std::string::npos) << message;
+    EXPECT_NE(message.find(c.NotSaved), std::string::npos) << message;
+    if (!c.WhileRunning) {
+      EXPECT_EQ(ReadAll(folder_ / "defaults.def"), defaultsBefore) << "a file not saved is left as it was";
+    }
+  }
+  // Nothing half-written is left behind, whatever happened.
+  std::error_code ec;
+  for (const auto& entry : fs::directory_iterator(folder_, ec))
+    EXPECT_EQ(entry.path().filename().string().find(".tmp-"), std::string::npos) << entry.path();
+  if (c.Check) c.Check(folder_, m);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, SettingsStates,
+    ::testing::Values(
+        SettingsState{"ZeroWindowOpensAtTheDefaultPlace", [](const fs::path& f) { PatchWindow(f, 0, 0, 0, 0); },
+                      false, nullptr, 0, [](const fs::path&, const Model& m) { ExpectWindow(m, 5, 5, 1000, 700); }},
+        SettingsState{"HugeWindowOpensAtTheDefaultPlace",
+                      [](const fs::path& f) { PatchWindow(f, 10, 10, INT32_MAX, INT32_MAX); }, false, nullptr, 0,
+                      [](const fs::path&, const Model& m) { ExpectWindow(m, 5, 5, 1000, 700); }},
+        SettingsState{"UsableWindowIsKept", [](const fs::path& f) { PatchWindow(f, -1800, 40, 1600, 900); }, false,
+                      nullptr, 0, [](const fs::path&, const Model& m) { ExpectWindow(m, -1800, 40, 1600, 900); }},
+        SettingsState{"ReadOnlyDefaultsAreKeptAndTheOthersWritten",
+                      [](const fs::path& f) { fs::permissions(f / "defaults.def", fs::perms::owner_read); }, false,
+                      "defaults.def", EACCES,
+                      [](const fs::path& f, const Model&) { EXPECT_EQ(fs::file_size(f / "elements.def"), 320u); }},
+        SettingsState{"ReadOnlyFolder",
+                      [](const fs::path& f) { fs::permissions(f, fs::perms::owner_read | fs::perms::owner_exec); },
+                      false, "defaults.def", EACCES,
+                      [](const fs::path& f, const Model&) { fs::permissions(f, fs::perms::owner_all); }},
+        SettingsState{"LinkedDefaultsAreWrittenThroughTheLink",
+                      [](const fs::path& f) {
+                        fs::create_directories(f / "shared");
+                        fs::rename(f / "defaults.def", f / "shared" / "lab.def");
+                        fs::create_symlink(fs::path("shared") / "lab.def", f / "defaults.def");
+                      },
+                      false, nullptr, 0,
+                      [](const fs::path& f, const Model&) {
+                        EXPECT_TRUE(fs::is_symlink(f / "defaults.def"));
+                        EXPECT_EQ(I16(ReadAll(f / "shared" / "lab.def"), 1000), 42);
+                      }},
+        SettingsState{"StaleTemporaryFolderDoesNotBlock",
+                      [](const fs::path& f) { fs::create_directories(f / "defaults.def.tmp" / "x"); }, false, nullptr,
+                      0, [](const fs::path& f, const Model&) { EXPECT_EQ(I16(ReadAll(f / "defaults.def"), 1000), 42); }},
+        SettingsState{"FolderVanishedWhileRunning", [](const fs::path& f) { fs::remove_all(f); }, true, "defaults.def",
+                      ENOENT, nullptr}),
+    [](const auto& i) { return std::string(i.param.Name); });
+
+// Where the window opens on the screens there are: the stored place when its title bar
+// can be grabbed there, shrunk onto a screen smaller than it, moved to the current
+// screen when it is on none.
+TEST(VisibleWindowPlace, KeepsShrinksOrMovesTheStoredRectangle) {
+  const std::vector<WindowPlace> two = {{0, 0, 1920, 1040}, {1920, 0, 1280, 984}};
+  const struct {
+    const char* What;
+    WindowPlace Stored;
+    size_t Current;
+    WindowPlace Expect;
+  } rows[] = {
+      {"on the first screen", {5, 5, 1000, 700}, 0, {5, 5, 1000, 700}},
+      {"on the second screen", {2000, 100, 1000, 700}, 0, {2000, 100, 1000, 700}},
+      {"mostly off the right edge, title still there", {1850, 100, 800, 600}, 0, {1850, 100, 800, 600}},
+      {"monitor unplugged", {3500, 100, 1000, 700}, 1, {1925, 5, 1000, 700}},
+      {"title above the screen", {100, -50, 1000, 700}, 0, {5, 5, 1000, 700}},
+      {"larger than its screen", {1930, 10, 1600, 1200}, 0, {1920, 0, 1280, 984}},
+      {"empty", {0, 0, 0, 0}, 0, {5, 5, 1000, 700}},
+      {"absurd size", {10, 10, INT32_MAX, INT32_MAX}, 1, {1925, 5, 1000, 700}},
+      {"absurd position", {INT32_MIN, 10, 800, 600}, 0, {5, 5, 1000, 700}},
+  };
+  for (const auto& r : rows) EXPECT_EQ(VisibleWindowPlace(r.Stored, two, r.Current), r.Expect) << r.What;
+  // Without screens to ask (before any window exists) only absurd rectangles change.
+  EXPECT_EQ(VisibleWindowPlace({3500, 100, 1000, 700}, {}, 0), (WindowPlace{3500, 100, 1000, 700}));
+  EXPECT_EQ(VisibleWindowPlace({0, 0, 0, 0}, {}, 0), (WindowPlace{5, 5, 1000, 700}));
+}
+
+// A build keeps its settings in the working folder; an installed program in the
+// user's configuration folder, unless the working folder already has them.
+TEST_F(SettingsFilesTest, SettingsFolderOfABuildAndOfAnInstalledProgram) {
+  const fs::path prefix = folder_ / "usr";
+  fs::create_directories(prefix / "lib" / "sedra-plot");
+  fs::create_directories(prefix / "share" / "applications");
+  WriteAll(prefix / "share" / "applications" / "sedra-plot.desktop", {});
+  const fs::path installed = prefix / "lib" / "sedra-plot" / "sedra-plot";
+  const fs::path build = folder_ / "build" / "release" / "sedra-plot";
+  const fs::path work = folder_ / "work", settled = folder_ / "settled", home = folder_ / "home";
+  fs::create_directories(work);
+  fs::create_directories(settled);
+  WriteAll(settled / "defaults.def", {});
+  const struct {
+    const char* What;
+    fs::path Executable, Working;
+    std::string ConfigHome;
+    fs::path Expect;
+  } rows[] = {
+      {"build", build, work, (folder_ / "config").string(), work},
+      {"installed", installed, work, (folder_ / "config").string(), folder_ / "config" / "sedra-plot"},
+      {"installed, no XDG_CONFIG_HOME", installed, work, "", home / ".config" / "sedra-plot"},
+      {"installed, relative XDG_CONFIG_HOME", installed, work, "cfg", home / ".config" / "sedra-plot"},
+      {"installed, started where settings are", installed, settled, (folder_ / "config").string(), settled},
+  };
+  for (const auto& r : rows) {
+    EXPECT_EQ(ChooseSettingsFolder(r.Executable, r.Working, r.ConfigHome, home.string()), r.Expect) << r.What;
+    EXPECT_TRUE(fs::is_directory(r.Expect)) << r.What;
+  }
+  EXPECT_EQ(ChooseSettingsFolder(installed, work, "", ""), work) << "no home: the working folder";
 }
 
 }  // namespace

@@ -24,6 +24,17 @@ inline std::vector<uint8_t> ReadBytes(const std::filesystem::path& path) {
   return out;
 }
 
+inline std::string ReadAllText(const std::filesystem::path& path) {
+  const std::vector<uint8_t> b = ReadBytes(path);
+  return {b.begin(), b.end()};
+}
+inline void WriteAllText(const std::filesystem::path& path, const std::string& text) {
+  if (std::FILE* f = std::fopen(path.string().c_str(), "wb")) {
+    std::fwrite(text.data(), 1, text.size(), f);
+    std::fclose(f);
+  }
+}
+
 inline uint32_t U16(const std::vector<uint8_t>& b, size_t at) {
   return at + 2 <= b.size() ? uint32_t(b[at]) | uint32_t(b[at + 1]) << 8 : 0xDEADBEEFu;
 }

@@ -14,7 +14,7 @@
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPainter>
-#include <QPrinter>
+#include <QPdfWriter>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -26,12 +26,14 @@
 
 #include "images/load.h"
 #include "model/core.h"
+#include "model/file_replace.h"
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/numbers.h"
 #include "model/prompt.h"
 #include "model/settings_blocks.h"
 #include "model/settings_files.h"
+#include "output/qt/replacing_device.h"
 #include "plot/fonts.h"
 #include "plot/paint_plot.h"
 
@@ -228,8 +230,9 @@ int RenderPng(sedra::Model& model, const Options& o) {
     target.HorzRes = std::max(width, 1920);
     sedra::PaintPlot(model, painter, target);
   }
-  if (!image.save(QString::fromStdString(o.Out.string()), "PNG")) {
-    std::fprintf(stderr, "sedra-render: could not write %s\n", o.Out.string().c_str());
+  // Written whole or not at all: a full disk leaves no truncated PNG behind.
+  if (const int error = sedra::WriteImageFile(image, o.Out, "PNG")) {
+    std::fprintf(stderr, "%s\n", sedra::FileNotWrittenMessage(o.Out, error).c_str());
     return 3;
   }
   return 0;
@@ -237,23 +240,23 @@ int RenderPng(sedra::Model& model, const Options& o) {
 
 int RenderPdf(sedra::Model& model, const Options& o) {
   const int dpi = o.Dpi > 0 ? o.Dpi : 300;
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setOutputFormat(QPrinter::PdfFormat);
-  printer.setOutputFileName(QString::fromStdString(o.Out.string()));
-  printer.setResolution(dpi);
-  printer.setDocName(QStringLiteral("Sedra Plot"));
-  printer.setFullPage(true);
+  sedra::PdfFile pdf(o.Out);
+  if (!pdf.Open()) {
+    std::fprintf(stderr, "%s\n", sedra::msg::kNoPdfDriver);
+    return 3;
+  }
+  QPdfWriter& writer = pdf.Writer();
+  writer.setResolution(dpi);
+  writer.setTitle(QStringLiteral("Sedra Plot"));
   if (o.PageWidth > 0) {
     const QSizeF points(o.PageWidth * 72.0 / dpi, o.PageHeight * 72.0 / dpi);
-    printer.setPageSize(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch));
-    printer.setPageOrientation(QPageLayout::Portrait);
+    writer.setPageLayout(QPageLayout(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch),
+                                     QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
   } else {
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    printer.setPageOrientation(QPageLayout::Landscape);
+    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF(0, 0, 0, 0)));
   }
-  printer.setPageMargins(QMarginsF(0, 0, 0, 0));
   QPainter painter;
-  if (!painter.begin(&printer)) {
+  if (!painter.begin(&writer)) {
     std::fprintf(stderr, "%s\n", sedra::msg::kNoPdfDriver);
     return 3;
   }
@@ -269,8 +272,9 @@ int RenderPdf(sedra::Model& model, const Options& o) {
   target.ScrollPos = o.Scroll;
   sedra::PaintPlot(model, painter, target);
   plot.Printing = 0;
-  if (!painter.end()) {
-    std::fprintf(stderr, "sedra-render: could not write %s\n", o.Out.string().c_str());
+  painter.end();
+  if (!pdf.Commit()) {
+    std::fprintf(stderr, "%s\n", sedra::FileNotWrittenMessage(o.Out, pdf.Error()).c_str());
     return 3;
   }
   return 0;
