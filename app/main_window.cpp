@@ -21,13 +21,14 @@
 #include "model/menu_rules.h"
 #include "model/menu_state.h"
 #include "model/model.h"
+#include "model/prompt.h"
 #include "model/settings_files.h"
 #include "ui/tool_dialog.h"
 
 namespace sedra {
 
-MainWindow::MainWindow(Model& model, Prompt& prompt, std::filesystem::path workFolder, QWidget* parent)
-    : QMainWindow(parent), model_(model), prompt_(prompt), workFolder_(std::move(workFolder)) {
+MainWindow::MainWindow(Model& model, Prompt& prompt, std::filesystem::path settingsFolder, QWidget* parent)
+    : QMainWindow(parent), model_(model), prompt_(prompt), settingsFolder_(std::move(settingsFolder)) {
   setObjectName(QStringLiteral("SedraPlotClass"));
   setWindowTitle(QStringLiteral("Sedra Data Plot"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/sedra-plot.png")));
@@ -291,13 +292,20 @@ void MainWindow::StoreWindowRect() {
   s.WindowHeight = outer.height();
 }
 
+void MainWindow::TellSettingsNotSaved(const SettingsSave& save) {
+  if (settingsProblemTold_) return;
+  settingsProblemTold_ = true;
+  prompt_.Tell(SettingsNotSavedMessage(save), "", Icon::Exclamation);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (!NewCore(model_, &prompt_)) {
     event->ignore();
     return;
   }
   StoreWindowRect();
-  WriteSettings(model_, workFolder_);
+  const SettingsSave save = WriteSettings(model_, settingsFolder_);
+  if (!save.Saved) TellSettingsNotSaved(save);
   FreeSectionImages(model_);
   if (ToolDialog* tool = ActiveTool()) tool->EndTool();
   event->accept();

@@ -13,6 +13,7 @@
 
 #include "app/zoom.h"
 #include "model/command_registry.h"
+#include "model/settings_files.h"
 #include "ui/plot_host.h"
 
 class QAction;
@@ -29,7 +30,7 @@ class ToolDialog;
 class MainWindow : public QMainWindow, public PlotHost {
   Q_OBJECT
  public:
-  MainWindow(Model& model, Prompt& prompt, std::filesystem::path workFolder, QWidget* parent = nullptr);
+  MainWindow(Model& model, Prompt& prompt, std::filesystem::path settingsFolder, QWidget* parent = nullptr);
   ~MainWindow() override;
 
   // Runs the command of a menu item (or of a control that sends one).
@@ -55,7 +56,9 @@ class MainWindow : public QMainWindow, public PlotHost {
   void OpenHelp(int context);
   QUrl HelpTarget(int context) const;
 
-  const std::filesystem::path& WorkFolder() const { return workFolder_; }
+  const std::filesystem::path& SettingsFolder() const { return settingsFolder_; }
+  // Tells the user that the settings will not be saved, once in a run.
+  void TellSettingsNotSaved(const SettingsSave& save);
 
   // PlotHost.
   Model& PlotModel() override { return model_; }
@@ -88,7 +91,8 @@ class MainWindow : public QMainWindow, public PlotHost {
 
   Model& model_;
   Prompt& prompt_;
-  std::filesystem::path workFolder_;
+  std::filesystem::path settingsFolder_;
+  bool settingsProblemTold_ = false;
   PlotView* view_ = nullptr;
   QScrollBar* scrollBar_ = nullptr;
   QTimer* sizeMoveTimer_ = nullptr;

@@ -16,6 +16,7 @@
 #include "model/core.h"
 #include "model/messages.h"
 #include "model/settings_files.h"
+#include "support/permissions.h"
 
 namespace sedra {
 namespace {
@@ -42,7 +43,7 @@ TEST_F(AppTest, FirstStartCreatesTheSettingsAndOpensTheDefaultWindow) {
   EXPECT_EQ(model->Work().ShowRadiograph, 1u);
   EXPECT_EQ(model->Work().ShowOptical, 1u);
   EXPECT_EQ(model->Work().ShowCoreName, 0u) << "a first run leaves the name switches off";
-  EXPECT_TRUE(model->App.HelpPath == (folder / "Sedra-PLOT.chm").string());
+  EXPECT_EQ(std::string(model->App.HelpPath), (std::filesystem::current_path() / "Sedra-PLOT.chm").string());
 }
 
 TEST_F(AppTest, ACorruptDefaultsFileStopsTheStart) {
@@ -59,6 +60,22 @@ TEST_F(AppTest, ACorruptDefaultsFileStopsTheStart) {
   EXPECT_FALSE(window);
   ASSERT_EQ(prompt.Messages.size(), 1u);
   EXPECT_EQ(prompt.Messages[0].Text, msg::kErrorReadingDefaults);
+}
+
+TEST_F(AppTest, SettingsThatCannotBeSavedAreToldOnceAndLeftAsTheyWere) {
+  Start();
+  window.reset();
+  std::filesystem::permissions(folder / "defaults.def", std::filesystem::perms::owner_read);
+  const auto before = std::filesystem::last_write_time(folder / "defaults.def");
+  test::WithoutPermissionOverride([&] {
+    MainWindow& w = Start();
+    ASSERT_EQ(prompt.Messages.size(), 1u);
+    EXPECT_NE(prompt.Messages[0].Text.find("defaults.def"), std::string::npos) << prompt.Messages[0].Text;
+    w.close();
+  });
+  EXPECT_EQ(prompt.Messages.size(), 1u) << "the close does not tell it again";
+  EXPECT_EQ(std::filesystem::last_write_time(folder / "defaults.def"), before);
+  std::filesystem::permissions(folder / "defaults.def", std::filesystem::perms::owner_all);
 }
 
 TEST_F(AppTest, TheMenuHasEveryEntryInItsPosition) {
@@ -198,6 +215,7 @@ TEST_F(AppTest, HelpFollowsTheLastHighlightedMenuItem) {
   EXPECT_TRUE(helpRequests[2].toLocalFile().endsWith("/help/index.html"));
 
   // The compiled help file in the working folder wins when it exists.
+  CopyField(model->App.HelpPath, (folder / "Sedra-PLOT.chm").c_str());
   std::FILE* chm = std::fopen((folder / "Sedra-PLOT.chm").c_str(), "wb");
   std::fclose(chm);
   w.OnCommand(kCmdHelp);
