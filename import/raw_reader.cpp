@@ -378,27 +378,34 @@ ReadOutcome ParseIndexed(Model& model, Prompt& prompt, std::string_view text, co
   const int64_t units = (width + kBand - 1) / kBand;
 
   CoreSection& section = model.CurSection();
+  const int countBefore = section.RadiographCount;
+  const int indexBefore = model.Plot().CurRadiographIndex;
   if (section.RadiographCount == 0) {
     section.RadiographCount = 1;
     model.Plot().CurRadiographIndex = 0;
   }
   RadiographDesc& rad = model.CurRadiograph();
   rad.Clear();
+  // Memory the system would not give: the radiograph is gone, and a section that had
+  // none is left without one rather than with an empty one counted.
+  auto refuse = [&](Buttons buttons) {
+    rad.Clear();
+    section.RadiographCount = countBefore;
+    model.Plot().CurRadiographIndex = indexBefore;
+    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, buttons);
+    return ReadOutcome{};
+  };
   std::vector<uint16_t> counts;
   try {
     AllocateDib(rad.Bitmap, int32_t(width), int32_t(height));
   } catch (const std::bad_alloc&) {
-    rad.Clear();
-    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::OkCancel);
-    return {};
+    return refuse(Buttons::OkCancel);
   }
   try {
     AllocateSamples(rad.Samples, size_t(width * height));
     counts.assign(size_t(bands) * size_t(n) * kBand, 0);
   } catch (const std::bad_alloc&) {
-    rad.Clear();
-    prompt.Message(msg::kCouldNotAllocate, msg::kDefaultCaption, Icon::None, Buttons::Ok);
-    return {};
+    return refuse(Buttons::Ok);
   }
   const RawImage image{text, n, group, width, expand, rad.Samples.data()};
 
