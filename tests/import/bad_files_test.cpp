@@ -101,6 +101,13 @@ TEST_P(BadFiles, AreRefusedWithTheirMessageAndTheSectionKeepsWhatItHad) {
   EXPECT_EQ(prompt.Texts(), c.Messages);
   EXPECT_TRUE(Snapshot(model) == before) << "the section changed";
   EXPECT_EQ(model.CurSection().RadiographCount, 1);
+
+  // Into a section with no radiograph yet: none is counted afterwards.
+  if (c.Kind == Reader::RawMaxRes || c.Kind == Reader::RawHighRes) {
+    Model empty;
+    ParseRawRadiograph(empty, prompt, bytes, c.Kind == Reader::RawMaxRes, c.Ceiling);
+    EXPECT_EQ(empty.CurSection().RadiographCount, 0);
+  }
 }
 
 std::function<std::string()> Text(std::string text) {
