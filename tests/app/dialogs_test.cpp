@@ -18,48 +18,41 @@ namespace {
 using test::AppTest;
 using test::LoadSection;
 
-TEST_F(AppTest, SectionDialogEnablesTheLoadedSectionsAndChoosesOne) {
-  MainWindow& w = Start();
-  LoadSection(*model, 1500);
-  model->Plot().SectionCount = 3;
-  model->Plot().ZoomFactor = 4;
-  // The dialog is modal: drive it once it is showing.
-  QTimer::singleShot(0, [&] {
-    auto* dialog = w.findChild<SectionDialog*>();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->objectName(), "dlg214");
-    for (int i = 0; i < 12; ++i) EXPECT_EQ(Control<QRadioButton>(dialog, 1477 + i)->isEnabled(), i < 3) << i;
-    EXPECT_TRUE(Control<QRadioButton>(dialog, 1477)->isChecked());
-    Control<QCheckBox>(dialog, 1490)->setChecked(true);
-    Control<QRadioButton>(dialog, 1478)->click();
-  });
-  w.OnCommand(kCmdSection);
-  const PlotState& p = model->Plot();
-  EXPECT_EQ(p.CurSectionIndex, 1);
-  EXPECT_EQ(p.CurRadiographIndex, 0);
-  EXPECT_EQ(p.ShowAllSections, 0u);
-  EXPECT_EQ(p.ImageCoversAll, 1u);
-  EXPECT_EQ(p.ZoomFactor, 1) << "choosing a section returns to 100%";
-  EXPECT_EQ(p.NeedLayout, 1u);
-  EXPECT_TRUE(w.Action(kCmdZoom100)->isChecked());
-  EXPECT_EQ(w.findChild<SectionDialog*>(), nullptr);
-}
-
-TEST_F(AppTest, SectionDialogDisplayAllGreysTheSingleSectionMenus) {
-  MainWindow& w = Start();
-  LoadSection(*model, 1500);
-  model->Plot().SectionCount = 2;
-  QTimer::singleShot(0, [&] {
-    auto* dialog = w.findChild<SectionDialog*>();
-    ASSERT_NE(dialog, nullptr);
-    Control<QCheckBox>(dialog, 1489)->click();
-  });
-  w.OnCommand(kCmdSection);
-  EXPECT_EQ(model->Plot().ShowAllSections, 1u);
-  for (int pos : {kMenuExpand, kMenuOptical, kMenuRadiograph, kMenuDefineRegion})
-    EXPECT_FALSE(w.TopEntry(pos)->isEnabled()) << pos;
-  EXPECT_FALSE(w.Action(kCmdSectionTitle)->isEnabled());
-  EXPECT_FALSE(w.Action(kCmdDeletePoints)->isEnabled());
+// Choosing a section or "Display All" closes the dialog at 100%; Display All greys the
+// menus that work on one section.
+TEST_F(AppTest, SectionDialogEnablesTheLoadedSectionsAndChoosesOneOrAll) {
+  for (const int click : {1478, 1489}) {
+    const bool all = click == 1489;
+    SCOPED_TRACE(all ? "display all" : "section 2");
+    MainWindow& w = Start();
+    LoadSection(*model, 1500);
+    model->Plot().SectionCount = 3;
+    model->Plot().ZoomFactor = 4;
+    // The dialog is modal: drive it once it is showing.
+    QTimer::singleShot(0, [&] {
+      auto* dialog = w.findChild<SectionDialog*>();
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_EQ(dialog->objectName(), "dlg214");
+      for (int i = 0; i < 12; ++i) EXPECT_EQ(Control<QRadioButton>(dialog, 1477 + i)->isEnabled(), i < 3) << i;
+      EXPECT_TRUE(Control<QRadioButton>(dialog, 1477)->isChecked());
+      Control<QCheckBox>(dialog, 1490)->setChecked(true);
+      Control<QAbstractButton>(dialog, click)->click();
+    });
+    w.OnCommand(kCmdSection);
+    const PlotState& p = model->Plot();
+    EXPECT_EQ(p.CurSectionIndex, all ? 0 : 1);
+    EXPECT_EQ(p.CurRadiographIndex, 0);
+    EXPECT_EQ(p.ShowAllSections, all ? 1u : 0u);
+    EXPECT_EQ(p.ImageCoversAll, 1u);
+    EXPECT_EQ(p.ZoomFactor, 1) << "choosing returns to 100%";
+    EXPECT_EQ(p.NeedLayout, 1u);
+    EXPECT_TRUE(w.Action(kCmdZoom100)->isChecked());
+    EXPECT_EQ(w.findChild<SectionDialog*>(), nullptr);
+    for (int pos : {kMenuExpand, kMenuOptical, kMenuRadiograph, kMenuDefineRegion})
+      EXPECT_EQ(w.TopEntry(pos)->isEnabled(), !all) << pos;
+    EXPECT_EQ(w.Action(kCmdSectionTitle)->isEnabled(), !all);
+    EXPECT_EQ(w.Action(kCmdDeletePoints)->isEnabled(), !all);
+  }
 }
 
 TEST_F(AppTest, AboutBoxIsModelessAndCaptionedWithTheTitle) {
@@ -78,29 +71,10 @@ TEST_F(AppTest, AboutBoxIsModelessAndCaptionedWithTheTitle) {
 }
 
 // One tool at a time: a second tool ends the first (its modes cleared), and the same
-// tool chosen again comes to the front instead of opening twice.
-TEST_F(AppTest, OpeningAToolEndsTheOneThatIsOpen) {
-  MainWindow& w = Start();
-  LoadSection(*model, 1500);
-  const PlotState& p = model->Plot();
-  w.OnCommand(kCmdExpand);
-  QPointer<ToolDialog> expand = w.ActiveTool();
-  ASSERT_NE(qobject_cast<ExpandDialog*>(expand), nullptr);
-  w.OnCommand(kCmdExpand);
-  EXPECT_EQ(w.ActiveTool(), expand.data()) << "the same tool again is the same dialog";
-  EXPECT_EQ(p.HRegionMode, 1u);
-
-  w.OnCommand(kCmdAbout);
-  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_TRUE(expand.isNull());
-  EXPECT_NE(qobject_cast<AboutDialog*>(w.ActiveTool()), nullptr);
-  EXPECT_EQ(p.HRegionMode, 0u);
-  EXPECT_EQ(p.Tracking, 0u);
-}
-
-// Emptying the core, or replacing an image, ends the open tool; what leaves the data
-// as it was leaves the tool open too.
-TEST_F(AppTest, ToolsDoNotOutliveTheDataTheyWorkOn) {
+// tool chosen again stays open instead of opening twice.  Emptying the core, or
+// replacing an image, ends the open tool; what leaves the data as it was leaves the
+// tool open too.
+TEST_F(AppTest, ToolsDoNotOutliveTheDataTheyWorkOnNorOneAnother) {
   const std::string sample = (folder / "core").string();
   ASSERT_EQ(std::system(("\"" SEDRA_SAMPLE_TOOL "\" \"" + sample + "\" --length 300 --width 40 --optical-length 320 "
                          "--raw-values 0 > /dev/null").c_str()),
@@ -112,6 +86,8 @@ TEST_F(AppTest, ToolsDoNotOutliveTheDataTheyWorkOn) {
     Answer answer;         // to the "continue without saving" question
     bool toolEnds;
   } rows[] = {
+      {"the same tool again", kCmdExpand, nullptr, Answer::Yes, false},
+      {"another tool", kCmdAbout, nullptr, Answer::Yes, true},
       {"New", kCmdNew, nullptr, Answer::Yes, true},
       {"New answered No", kCmdNew, nullptr, Answer::No, false},
       {"a radiograph read", kCmdReadRadiograph, "radiograph.tif", Answer::Yes, true},
@@ -125,14 +101,18 @@ TEST_F(AppTest, ToolsDoNotOutliveTheDataTheyWorkOn) {
     model->Plot().Modified = 1;
     w.OnCommand(kCmdExpand);
     QPointer<ToolDialog> tool = w.ActiveTool();
-    ASSERT_NE(tool.data(), nullptr);
+    ASSERT_NE(qobject_cast<ExpandDialog*>(tool), nullptr);
     prompt.Answers.push_back(r.answer);
     if (r.file) prompt.ChooseFile(sample + "/" + r.file);
     w.OnCommand(r.command);
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(tool.isNull(), r.toolEnds);
-    EXPECT_EQ(w.ActiveTool() == nullptr, r.toolEnds);
+    if (r.command == kCmdAbout)
+      EXPECT_NE(qobject_cast<AboutDialog*>(w.ActiveTool()), nullptr);
+    else
+      EXPECT_EQ(w.ActiveTool(), r.toolEnds ? nullptr : tool.data());
     EXPECT_EQ(model->Plot().Tracking, r.toolEnds ? 0u : 1u);
+    EXPECT_EQ(model->Plot().HRegionMode, r.toolEnds ? 0u : 1u);
     if (ToolDialog* open = w.ActiveTool()) open->EndTool();
   }
 }

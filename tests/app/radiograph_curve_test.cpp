@@ -1,33 +1,18 @@
 // After "Read &Radiograph Image" the first data column shows the strip-sum curve, the
 // coverage bar marks the loaded points and the information block is drawn; deleting
 // points (a negative mask) leaves a gap that restoring fills again.
-#include <QImage>
-#include <QPainter>
 #include <cstdlib>
 
-#include "app/plot_view.h"
 #include "app_fixture.h"
 #include "model/messages.h"
-#include "plot/paint_plot.h"
+#include "plot/plot_fixture.h"
 
 namespace sedra {
 namespace {
 
 using test::AppTest;
 
-QImage Paint(Model& model, QSize size) {
-  QImage image(size, QImage::Format_RGB32);
-  image.setDotsPerMeterX(3780);
-  image.setDotsPerMeterY(3780);
-  QPainter painter(&image);
-  PaintTarget target;
-  target.Client = QRect(QPoint(0, 0), size);
-  target.Exposed = target.Client;
-  PaintPlot(model, painter, target);
-  return image;
-}
-
-// Rows of the plot (document y) that hold at least one pixel of `colour` between x0 and x1.
+// Rows of the image that hold at least one pixel of `colour` between x0 and x1.
 std::vector<bool> RowsWith(const QImage& image, int x0, int x1, QRgb colour) {
   std::vector<bool> rows(size_t(image.height()), false);
   for (int y = 0; y < image.height(); ++y)
@@ -50,10 +35,9 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   const PlotState& p = model->Plot();
   const RadiographDesc& rad = model->CurRadiograph();
   ASSERT_EQ(s.PointCount, 500);  // one point per radiograph row after a TIFF read
-  EXPECT_EQ(p.RadiographDataSet, kRadiographDataSet);
-  EXPECT_EQ(model->App.Settings.DataSetOfPlot[0], kRadiographDataSet);
 
-  const QImage before = Paint(*model, QSize(900, 700));
+  PlotLayout l;
+  const QImage before = test::Paint(*model, 900, 700, 0, &l);
   // The strip sums: row r summed over the columns strictly inside the data region.
   // Each row's sum fills the points from the previous row's point up to its own, so
   // point k carries row k + 1 and the last point none (the scanner software's mapping).
@@ -64,49 +48,38 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
     EXPECT_FLOAT_EQ(s.Data[kRadiographDataSet - 1][k], sum) << k;
   }
   EXPECT_EQ(s.Data[kRadiographDataSet - 1][499], 0.0f);
-  EXPECT_GT(p.ColumnWidth, 0);
+  ASSERT_GT(l.ColumnWidth, 0);
   const QRgb curve = QColor(0, 0, 0).rgb();  // the default curve colour
   const QRgb green = QColor(0, 255, 0).rgb();
-  const auto curveRows = RowsWith(before, p.ColumnLeft + 1, p.ColumnLeft + p.ColumnWidth, curve);
-  const auto barRows = RowsWith(before, p.ColumnLeft - 40, p.ColumnLeft, green);
-  auto rowOf = [&](int k) { return p.TopMargin + int(std::floor(s.Depth[k] * p.PlotHeight / p.DepthSpan)); };
-  int covered = 0;
-  for (int k = 0; k < 500; ++k) {
-    covered += barRows[size_t(rowOf(k))];
-  }
+  auto curveRows = [&](const QImage& image) { return RowsWith(image, l.ColumnLeft + 1, l.ColumnLeft + l.ColumnWidth, curve); };
+  auto barRows = [&](const QImage& image) { return RowsWith(image, l.ColumnLeft - 40, l.ColumnLeft, green); };
+  auto rowOf = [&](int k) { return size_t(l.RowOfDepth(s.Depth[k])); };
+  const auto drawnRows = curveRows(before), coveredRows = barRows(before);
+  int covered = 0, drawn = 0;
+  for (int k = 0; k < 500; ++k) covered += coveredRows[rowOf(k)];
+  for (int k = 10; k < 490; ++k) drawn += drawnRows[rowOf(k)];
   EXPECT_GT(covered, 450) << "the coverage bar marks the loaded points";
-  int drawn = 0;
-  for (int k = 10; k < 490; ++k) drawn += curveRows[size_t(rowOf(k))];
   EXPECT_GT(drawn, 400) << "the data column shows the radiograph curve";
   // The information block: a ruled line runs across the bottom of the page.
   bool ruled = false;
   for (int y = 600; y < 700; ++y)
-    ruled = ruled || (before.pixel(p.LeftMargin + 5, y) == curve && before.pixel(900 - p.RightMargin - 5, y) == curve);
+    ruled = ruled || (before.pixel(l.X0 + 5, y) == curve && before.pixel(900 - l.RightMargin - 5, y) == curve);
   EXPECT_TRUE(ruled);
 
   // Delete points 200..299 as the delete tool does (the mask goes negative).
   for (int k = 200; k < 300; ++k) s.Data[0][k] = -2.0f;
   model->Plot().NeedLayout = 1;
-  const QImage deleted = Paint(*model, QSize(900, 700));
-  const auto gapRows = RowsWith(deleted, p.ColumnLeft + 1, p.ColumnLeft + p.ColumnWidth, curve);
-  const auto gapBar = RowsWith(deleted, p.ColumnLeft - 40, p.ColumnLeft, green);
+  const QImage deleted = test::Paint(*model, 900, 700);
+  const auto gapRows = curveRows(deleted), gapBar = barRows(deleted);
   for (int k = 205; k < 295; ++k) {
-    EXPECT_FALSE(gapRows[size_t(rowOf(k))]) << "no curve at a deleted point " << k;
-    EXPECT_FALSE(gapBar[size_t(rowOf(k))]) << "no coverage at a deleted point " << k;
+    EXPECT_FALSE(gapRows[rowOf(k)]) << "no curve at a deleted point " << k;
+    EXPECT_FALSE(gapBar[rowOf(k)]) << "no coverage at a deleted point " << k;
   }
 
   // Restoring makes the mask 1.0 again and the curve comes back.
   for (int k = 200; k < 300; ++k) s.Data[0][k] = 1.0f;
   model->Plot().NeedLayout = 1;
-  const QImage restored = Paint(*model, QSize(900, 700));
-  EXPECT_EQ(restored, before);
-
-  // With "Display Radiograph Data" off a load selects data set 1: the column keeps
-  // its scales and shows no curve.
-  model->App.Settings.DataSetOfPlot[0] = 1;
-  model->Plot().NeedLayout = 1;
-  const auto hidden = RowsWith(Paint(*model, QSize(900, 700)), p.ColumnLeft + 1, p.ColumnLeft + p.ColumnWidth, curve);
-  EXPECT_EQ(std::count(hidden.begin() + p.TopMargin, hidden.begin() + p.TopMargin + p.PlotHeight, true), 0);
+  EXPECT_EQ(test::Paint(*model, 900, 700), before);
 }
 
 }  // namespace

@@ -59,17 +59,6 @@ TEST(LoadCommands, RadiographThenOpticalFillTheSection) {
   EXPECT_EQ(s.Optical.FirstShownPixel, 25);  // round(5 x 640 / 130)
 }
 
-TEST(LoadCommands, LongRadiographCoarsensTheStepToFitThePointArrays) {
-  const auto folder = test::ScratchFolder();
-  test::MakeSampleCore(folder, "--length 40001 --width 3 --raw-values 0 --missing optical.tif");
-  Model model;
-  ScriptedPrompt prompt;
-  prompt.ChooseFile((folder / "radiograph.tif").string());
-  ASSERT_TRUE(CommandReadRadiograph(model, prompt));
-  EXPECT_EQ(model.Work().SampleStep, 3);
-  EXPECT_EQ(model.CurSection().PointCount, 13333);
-}
-
 TEST(LoadCommands, DecliningNewChangesNothing) {
   Model model;
   ScriptedPrompt prompt;

@@ -23,7 +23,7 @@ void LoadRadiograph(Model& m, int rows, const char* stepText = "200 um") {
   UpdateMenusAfterLoad(m, true);
 }
 
-TEST(NewCore, AsksOnlyWithUnsavedChangesAndTheQuestionDependsOnTheSectionCount) {
+TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwitches) {
   struct Row {
     bool modified;
     int sections;
@@ -40,12 +40,21 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesAndTheQuestionDependsOnTheSectionCount) 
   for (const Row& r : rows) {
     Model m;
     LoadRadiograph(m, 500);
-    m.Plot().Modified = r.modified;
-    m.Plot().SectionCount = r.sections;
-    m.Plot().ZoomFactor = 8;
+    PlotState& p = m.Plot();
+    WorkingBlock& w = m.Work();
+    p.Modified = r.modified;
+    p.SectionCount = r.sections;
+    p.ZoomFactor = 8;
+    p.OverlayOr = 1;
+    w.OpticalEnd = 55;
+    w.ShowRadiograph = 0;
+    w.ShowOptical = 1;
+    w.ShowCoreName = 1;
+    w.ShowSectionName = 0;
     m.Settings().DataSetOfPlot[0] = kRadiographDataSet;
-    int toolsEnded = 0;
+    int toolsEnded = 0, repaints = 0;
     m.ImagesReplaced = [&toolsEnded] { ++toolsEnded; };
+    m.Invalidate = [&repaints] { ++repaints; };
     test::ScriptedPrompt prompt;
     prompt.Answers.push_back(r.answer);
     EXPECT_EQ(NewCore(m, &prompt), r.cleared);
@@ -57,74 +66,31 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesAndTheQuestionDependsOnTheSectionCount) 
     } else {
       EXPECT_TRUE(prompt.Messages.empty());
     }
+    // A No changes nothing at all.
+    EXPECT_EQ(m.CurSection().PointCount, r.cleared ? 0 : 500);
+    EXPECT_EQ(m.CurRadiograph().Samples.size(), r.cleared ? 0u : 2000u);
+    EXPECT_EQ(p.ZoomFactor, r.cleared ? 1 : 8);
+    EXPECT_EQ(p.SectionCount, r.cleared ? 1 : r.sections);
+    EXPECT_EQ(p.OverlayOr, r.cleared ? 0u : 1u);
+    EXPECT_EQ(w.OpticalEnd, r.cleared ? 0.0f : 55.0f);
+    EXPECT_EQ(m.Settings().DataSetOfPlot[0], r.cleared ? 0 : kRadiographDataSet) << "a new core has no curve selected";
+    EXPECT_EQ(toolsEnded, r.cleared) << "an open tool is told its data is gone";
+    EXPECT_EQ(repaints, r.cleared);
+    EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuZoom), !r.cleared) << "New greys the menus (menu_rules_test.cpp)";
+    EXPECT_EQ(w.ShowRadiograph, 0u);
+    EXPECT_EQ(w.ShowOptical, 1u);
+    EXPECT_EQ(w.ShowCoreName, 1u);
+    EXPECT_EQ(w.ShowSectionName, 0u);
     if (r.cleared) {
-      EXPECT_EQ(m.CurSection().PointCount, 0);
       EXPECT_EQ(m.CurRadiograph().Height, 0);
-      EXPECT_TRUE(m.CurRadiograph().Samples.empty());
-      EXPECT_EQ(m.Plot().ZoomFactor, 1);
-      EXPECT_EQ(m.Plot().SectionCount, 1);
-      EXPECT_EQ(m.Settings().DataSetOfPlot[0], 0) << "a new core has no curve selected";
-      EXPECT_EQ(toolsEnded, 1) << "an open tool is told its data is gone";
-    } else {
-      // A No changes nothing at all.
-      EXPECT_EQ(m.CurSection().PointCount, 500);
-      EXPECT_EQ(m.CurRadiograph().Samples.size(), 2000u);
-      EXPECT_EQ(m.Plot().ZoomFactor, 8);
-      EXPECT_EQ(m.Plot().SectionCount, r.sections);
-      EXPECT_EQ(m.Settings().DataSetOfPlot[0], kRadiographDataSet);
-      EXPECT_EQ(toolsEnded, 0);
+      EXPECT_EQ(w.SampleStep, 5);
+      EXPECT_EQ(w.SampleMode, 2);
+      EXPECT_EQ(p.HeaderHeight, 10);
+      EXPECT_EQ(p.ShowInfo, 1u);
+      EXPECT_EQ(p.ShowDividers, 1u);
+      EXPECT_EQ(p.ShowSectionTitles, 1u);
     }
   }
-}
-
-TEST(NewCore, ResetsToTheStartingValuesAndKeepsTheFourDisplaySwitches) {
-  Model m;
-  LoadRadiograph(m, 100);
-  m.Work().ShowRadiograph = 0;
-  m.Work().ShowOptical = 1;
-  m.Work().ShowCoreName = 1;
-  m.Work().ShowSectionName = 0;
-  m.Work().OpticalEnd = 55;
-  m.Plot().OverlayOr = 1;
-  test::ScriptedPrompt prompt;
-  ASSERT_TRUE(NewCore(m, &prompt));
-  EXPECT_EQ(m.Work().ShowRadiograph, 0u);
-  EXPECT_EQ(m.Work().ShowOptical, 1u);
-  EXPECT_EQ(m.Work().ShowCoreName, 1u);
-  EXPECT_EQ(m.Work().ShowSectionName, 0u);
-  EXPECT_EQ(m.Work().OpticalEnd, 0.0f);
-  EXPECT_EQ(m.Work().SampleStep, 5);
-  EXPECT_EQ(m.Work().SampleMode, 2);
-  EXPECT_EQ(m.Plot().OverlayOr, 0u);
-  EXPECT_EQ(m.Plot().HeaderHeight, 10);
-  EXPECT_EQ(m.Plot().ShowInfo, 1u);
-  EXPECT_EQ(m.Plot().ShowDividers, 1u);
-  EXPECT_EQ(m.Plot().ShowSectionTitles, 1u);
-  EXPECT_EQ(m.Plot().CurSectionIndex, 0);
-}
-
-TEST(NewCore, WithAWindowGreysTheMenusAndNeverGivesPrintBack) {
-  Model m;
-  LoadRadiograph(m, 100);
-  int repaints = 0;
-  m.Invalidate = [&] { ++repaints; };
-  test::ScriptedPrompt prompt;
-  ASSERT_TRUE(NewCore(m, &prompt));
-  EXPECT_EQ(repaints, 1);
-  const MenuState& menu = m.App.Menu;
-  EXPECT_TRUE(menu.IsTopEnabled(kMenuFile));
-  for (int pos = kMenuZoom; pos <= kMenuEdit; ++pos) EXPECT_FALSE(menu.IsTopEnabled(pos)) << pos;
-  EXPECT_TRUE(menu.IsTopEnabled(kMenuColourSetup));
-  EXPECT_TRUE(menu.IsTopEnabled(kMenuAbout));
-  EXPECT_TRUE(menu.IsItemEnabled(kCmdSectionTitle));
-  EXPECT_TRUE(menu.IsItemEnabled(kCmdDeletePoints));
-  EXPECT_FALSE(menu.IsItemEnabled(kCmdMainTitle));
-  EXPECT_FALSE(menu.IsItemEnabled(kCmdPrint));
-  EXPECT_TRUE(menu.IsItemEnabled(kCmdPrintPdf));
-
-  LoadRadiograph(m, 100);
-  EXPECT_FALSE(m.App.Menu.IsItemEnabled(kCmdPrint)) << "a load does not give Print back";
-
   // Start-up's New (no window) leaves the menu alone.
   Model fresh;
   const uint64_t before = fresh.App.Menu.Generation;
@@ -132,22 +98,31 @@ TEST(NewCore, WithAWindowGreysTheMenusAndNeverGivesPrintBack) {
   EXPECT_EQ(fresh.App.Menu.Generation, before);
 }
 
-TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeText) {
+// A radiograph longer than the point arrays is sampled more coarsely, and the depth
+// axis still spans all its rows: 40 000 rows of 0.2 mm plot 8 000 mm, not 2 667.
+TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeTextAndTheRows) {
   struct Row {
     const char* step;
-    int rows, sampleStep;
+    int rows, sampleStep, wantStep;
     int points;
     float span;
     int tick;
   } rows[] = {
-      {"200 um", 1500, 1, 1500, 300.0f, 10},  // exactly 300 mm: 10 mm ticks
-      {"200 um", 3000, 1, 3000, 600.0f, 25},  // exactly 600 mm: 25 mm ticks
-      {"100 um", 1000, 5, 200, 20.0f, 5},
-      {"200", 250, 1, 250, 250.0f, 5},  // no blank: 1.0 mm per point
-      {"0 um", 250, 1, 250, 250.0f, 5},
-      {"200 um", 4, 5, 0, 0.0f, 5},  // four rows at step 5: no points
+      {"200 um", 1500, 1, 1, 1500, 300.0f, 10},  // exactly 300 mm: 10 mm ticks
+      {"200 um", 3000, 1, 1, 3000, 600.0f, 25},  // exactly 600 mm: 25 mm ticks
+      {"100 um", 1000, 5, 5, 200, 20.0f, 5},
+      {"200", 250, 1, 1, 250, 250.0f, 5},  // no blank: 1.0 mm per point
+      {"0 um", 250, 1, 1, 250, 250.0f, 5},
+      {"200 um", 4, 5, 5, 0, 0.0f, 5},  // four rows at step 5: no points
+      {"200 um", 18000, 1, 1, 18000, 3600, 25},
+      {"200 um", 18001, 1, 2, 9000, 3600, 25},
+      {"200 um", 36000, 1, 2, 18000, 7200, 25},
+      {"200 um", 40000, 1, 3, 13333, 7999.8f, 25},
+      {"200 um", 100000, 5, 6, 16666, 3999.84f, 25},
+      {"200 um", 90000, 10, 10, 9000, 1800, 25},
   };
   for (const Row& r : rows) {
+    SCOPED_TRACE(testing::Message() << r.step << ", " << r.rows << " rows at step " << r.sampleStep);
     Model m;
     NewCore(m, nullptr);
     m.Work().SampleStep = r.sampleStep;
@@ -158,13 +133,14 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeText) {
     std::strcpy(m.CurSection().StepSizeText, r.step);
     UpdateMenusAfterLoad(m, true);
     const CoreSection& s = m.CurSection();
-    EXPECT_EQ(s.PointCount, r.points) << r.step << " " << r.rows;
-    EXPECT_FLOAT_EQ(m.Plot().DepthSpan, r.span) << r.step << " " << r.rows;
-    EXPECT_FLOAT_EQ(m.Plot().SectionLength[0], r.span);
-    EXPECT_FLOAT_EQ(m.Plot().AxisLength, r.span);
-    EXPECT_EQ(m.Plot().DepthTick, r.tick) << r.step << " " << r.rows;
+    EXPECT_EQ(m.Work().SampleStep, r.wantStep);
+    EXPECT_EQ(s.PointCount, r.points);
+    EXPECT_NEAR(m.Plot().DepthSpan, r.span, 0.01f);
+    EXPECT_NEAR(m.Plot().SectionLength[0], r.span, 0.01f);
+    EXPECT_NEAR(m.Plot().AxisLength, r.span, 0.01f);
+    EXPECT_EQ(m.Plot().DepthTick, r.tick);
     EXPECT_EQ(s.StartLabelDepth, 1235);
-    EXPECT_FLOAT_EQ(m.Work().EndCoordinate, r.span + 1234.6f);
+    EXPECT_NEAR(m.Work().EndCoordinate, r.span + 1234.6f, 0.01f);
     EXPECT_EQ(m.Plot().ViewLastPoint, r.points);
     if (r.points > 1) {
       EXPECT_FLOAT_EQ(s.Depth[1] - s.Depth[0], r.span / float(r.points));
@@ -173,30 +149,7 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeText) {
   }
 }
 
-// A radiograph longer than the point arrays is sampled more coarsely, and the depth
-// axis still spans all its rows: 40 000 rows of 0.2 mm plot 8 000 mm, not 2 667.
-TEST(UpdateMenusAfterLoad, ALongRadiographCoarsensTheStepAndKeepsItsLength) {
-  struct Row {
-    int rows, step, wantStep, wantPoints;
-    float wantSpan;  // mm, 0.2 mm per row as the reader gave them
-  } rows[] = {{18000, 1, 1, 18000, 3600}, {18001, 1, 2, 9000, 3600},    {36000, 1, 2, 18000, 7200},
-              {40000, 1, 3, 13333, 7999.8f}, {100000, 5, 6, 16666, 3999.84f}, {90000, 10, 10, 9000, 1800}};
-  for (const Row& r : rows) {
-    SCOPED_TRACE(r.rows);
-    Model m;
-    LoadRadiograph(m, 1);
-    m.Work().SampleStep = r.step;
-    m.Work().StartCoordinate = 100;
-    m.CurRadiograph().Height = r.rows;
-    UpdateMenusAfterLoad(m, true);
-    EXPECT_EQ(m.Work().SampleStep, r.wantStep);
-    EXPECT_EQ(m.CurSection().PointCount, r.wantPoints);
-    EXPECT_NEAR(m.Plot().SectionLength[0], r.wantSpan, 0.01f);
-    EXPECT_NEAR(m.Work().EndCoordinate, 100 + r.wantSpan, 0.01f);
-  }
-}
-
-TEST(UpdateMenusAfterLoad, SetsUpTheRadiographCurveAndEnablesTheMenus) {
+TEST(UpdateMenusAfterLoad, DisplayRadiographDataDecidesTheFirstColumnsCurve) {
   // "Display Radiograph Data" decides what the first data column shows.
   for (uint32_t show : {0u, 1u}) {
     Model m;
@@ -204,20 +157,10 @@ TEST(UpdateMenusAfterLoad, SetsUpTheRadiographCurveAndEnablesTheMenus) {
     LoadRadiograph(m, 500);
     EXPECT_EQ(m.App.Settings.DataSetOfPlot[0], show ? kRadiographDataSet : 1);
     EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), show != 0) << "point deletion goes with the curve";
+    EXPECT_EQ(m.Plot().DataSetCount, 1);
+    EXPECT_EQ(m.Plot().RadiographDataSet, kRadiographDataSet);
+    EXPECT_STREQ(m.Plot().DataSetNames[kRadiographDataSet - 1], "Radiograph");
   }
-  Model m;
-  LoadRadiograph(m, 500);
-  const PlotState& p = m.Plot();
-  EXPECT_EQ(p.DataSetCount, 1);
-  EXPECT_EQ(p.RadiographDataSet, kRadiographDataSet);
-  EXPECT_STREQ(p.DataSetNames[kRadiographDataSet - 1], "Radiograph");
-  EXPECT_STREQ(p.CurveLabel, "Radiograph");
-  EXPECT_EQ(p.CurveLayout[0], 5);
-  EXPECT_EQ(p.CurveLayout[1], 2);
-  EXPECT_EQ(p.CurveLayout[2], 32);
-  const MenuState& menu = m.App.Menu;
-  for (int pos : {kMenuZoom, kMenuExpand, kMenuRadiograph, kMenuDefineRegion, kMenuEdit})
-    EXPECT_TRUE(menu.IsTopEnabled(pos)) << pos;
 }
 
 TEST(UpdateMenusAfterLoad, OpticalLoadKeepsARadiographsPointsAndLabelsTheWidth) {

@@ -84,6 +84,9 @@ TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
     double offset, yMax;
     std::vector<int> offsets;
     int deleted = -1;
+    bool fixedScale = false;  // offset and yMax are then the column's own, kept
+    int set = kSet;
+    int radiographRows = 0;
   } rows[] = {
       // Range 2..10 over 100 px: 12.5 px per unit, then 24/25 of it.
       {"plain range", {2, 4, 6, 10, 8}, 0, 0, 2, 10, {0, 24, 48, 96, 72}},
@@ -96,25 +99,31 @@ TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
        {96, 96, 0, 48, 96, 96, 96}},
       {"all zero shows nothing", {0, 0, 0, 0}, 0, 0, 0, 0, {0, 0, 0, 0}},
       {"deleted point is a gap and outside the range", {1, 2, 50, 3, 5}, 0, 0, 1, 5, {kAny, kAny, -1, kAny, 96}, 2},
+      // 48 = floor(10 px x 5) x 24/25
+      {"a fixed scale pins values above its maximum", {20, 5, -3}, 0, 0, 0, 10, {96, 48, 0}, -1, true},
+      // The mask is no curve, and a section without a radiograph has no radiograph
+      // data: neither draws a point (not even a line of zeros at the column's edge).
+      {"the mask", {0, 0, 0, 0}, 0, 0, 0, 0, {-1, -1, -1, -1}, -1, false, 1},
+      {"radiograph data without a radiograph", {0, 0, 0, 0}, 0, 0, 0, 0, {-1, -1, -1, -1}, -1, false, kRadiographDataSet},
+      {"radiograph data of a radiograph", {0, 0, 0, 0}, 0, 0, 0, 0, {0, 0, 0, 0}, -1, false, kRadiographDataSet, 4},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     model_->App.SmoothPoints[0] = row.smoothPoints;
     model_->App.FilterType[0] = row.filterType;
     model_->Plot().NeedLayout = 1;
+    model_->Plot().ColumnFixedScale[0] = row.fixedScale;
+    model_->App.Settings.DataSetOfPlot[0] = row.set;
+    model_->Section(0).Radiographs[0].Height = row.radiographRows;
+    if (row.fixedScale) {
+      model_->Plot().ColumnOffset[0] = row.offset;
+      model_->Plot().ColumnYMax[0] = row.yMax;
+    }
     ExpectOffsets(row.values, row.offsets, row.deleted);
     EXPECT_EQ(model_->Plot().NeedLayout, 0u);
     EXPECT_NEAR(model_->Plot().ColumnOffset[0], row.offset, 1e-9);
     EXPECT_NEAR(model_->Plot().ColumnYMax[0], row.yMax, 1e-9);
   }
-}
-
-TEST_F(CurvesTest, SmoothingLeavesSectionEndsUnchanged) {
-  Fill(0, {10, 20, 30, 40, 50, 60, 70, 80});
-  model_->App.SmoothPoints[0] = 5;
-  ComputeCurves(*model_);
-  for (int k : {0, 1, 6, 7}) EXPECT_EQ(Value(k), 10.0 * (k + 1)) << k;
-  EXPECT_DOUBLE_EQ(Value(2), 30.0);  // (10+20+30+40+50)/5
 }
 
 TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
@@ -125,6 +134,8 @@ TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
     uint32_t countsPerSecond;
     const char* setName;
     double expected;
+    float sectionFactor = 0, curveFactor = 0;
+    int normaliseBy = 0;
   } rows[] = {
       {"plain counts", 40, 0, 0, 0, 4, 0, "Fe", 40},
       {"counts per second of an element", 40, 0, 0, 0, 4, 1, "Fe", 10},
@@ -136,12 +147,20 @@ TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
       {"ratio with negative denominator", 40, -2, 1, 0, 4, 0, "Fe", 40},
       {"log ratio", 40 * std::exp(2.0), 40, 1, -1, 4, 1, "Fe", 2},
       {"log of a negative quotient keeps the numerator", -40, 8, 1, -1, 4, 1, "Fe", -40},
+      {"a section's correction factor", 12, 0, 0, 0, 4, 0, "Fe", 24, 2},
+      {"the curve's own factor replaces the section's", 12, 0, 0, 0, 4, 0, "Fe", 36, 2, 3},
+      {"normalised by Inc", 12, 0, 0, 0, 4, 0, "Fe", 9, 2, 3, 1},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Fill(0, {row.numerator, 1});
     model_->Section(0).Data[3][0] = float(row.denominator);  // data set 4
     model_->Section(0).CountTime = row.countTime;
+    model_->Section(0).CorrectionFactor = row.sectionFactor;
+    model_->Section(0).CurveCorrection[0] = row.curveFactor;
+    model_->Section(0).Data[9][0] = 4;  // "Inc" in data set 10, which IncSet counts from 0
+    model_->Plot().IncSet = 9;
+    model_->App.NormaliseBy[0] = row.normaliseBy;
     CopyField(model_->Plot().DataSetNames[kSet - 1], row.setName);
     model_->App.RatioOn[0] = row.ratioOn;
     model_->App.FilterType[0] = row.filterType;
@@ -149,44 +168,6 @@ TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
     ComputeCurves(*model_);
     EXPECT_NEAR(Value(0), row.expected, 1e-4 * std::fabs(row.expected) + 1e-6);
   }
-}
-
-TEST_F(CurvesTest, CorrectionFactorsAndNormalisation) {
-  Fill(0, {12, 1});
-  CoreSection& section = model_->Section(0);
-  section.CorrectionFactor = 2;
-  ComputeCurves(*model_);
-  EXPECT_DOUBLE_EQ(Value(0), 24);
-  section.CurveCorrection[0] = 3;  // the curve's own factor replaces the section's
-  ComputeCurves(*model_);
-  EXPECT_DOUBLE_EQ(Value(0), 36);
-  section.Data[9][0] = 4;  // "Inc" in data set 10, which IncSet counts from 0
-  model_->Plot().IncSet = 9;
-  model_->App.NormaliseBy[0] = 1;
-  ComputeCurves(*model_);
-  EXPECT_DOUBLE_EQ(Value(0), 9);
-}
-
-// The mask is no curve, and a section without a radiograph has no radiograph data:
-// neither draws a point (not even a line of zeros at the column's edge).
-TEST_F(CurvesTest, TheMaskAndMissingRadiographDataDrawNoPoints) {
-  for (int set : {1, kRadiographDataSet}) {
-    SCOPED_TRACE(set);
-    model_->App.Settings.DataSetOfPlot[0] = set;
-    ExpectOffsets({0, 0, 0, 0}, {-1, -1, -1, -1});
-    EXPECT_EQ(model_->Plot().ColumnOffset[0], 0);
-  }
-  model_->Section(0).Radiographs[0].Height = 4;  // with a radiograph the zeros are data
-  ExpectOffsets({0, 0, 0, 0}, {0, 0, 0, 0});
-}
-
-TEST_F(CurvesTest, FixedScalePinsValuesAboveTheMaximum) {
-  PlotState& plot = model_->Plot();
-  plot.ColumnFixedScale[0] = 1;
-  plot.ColumnYMax[0] = 10;
-  plot.ColumnOffset[0] = 0;
-  ExpectOffsets({20, 5, -3}, {96, 48, 0});  // 48 = floor(10 px x 5) x 24/25
-  EXPECT_EQ(plot.ColumnYMax[0], 10);
 }
 
 TEST_F(CurvesTest, DisplayAllIsThinnedToAboutAThousandPoints) {

@@ -1,5 +1,6 @@
-// PaintPlot into 96-dpi images: layout fields, colours at computed positions, labels,
-// overlays, stacking and deep zoom.
+// PaintPlot into 96-dpi images: colours at the positions of the layout it returns (the
+// layout's own arithmetic is tested in plot_layout_test.cpp), labels, overlays,
+// stacking and deep zoom.
 
 #include <gtest/gtest.h>
 
@@ -14,20 +15,6 @@ namespace {
 
 constexpr uint32_t kWhite = 0xFFFFFF;
 constexpr uint32_t kBlue = 0x0000FF;  // the default axis colour 0xFF0000 (BGR)
-constexpr int kGap = 96 / 8;          // gap and right margin at 96 dpi
-
-// Plot box expected from the fonts and margins: x0, y0 its top left corner, xr its
-// right edge; mid the row half way down.
-struct Geometry {
-  int ch, x0, y0, xr, plotHeight, mid;
-};
-Geometry Expect(const Model& model, int width, int height, int zoom = 1) {
-  const int ch = CharHeight(), top = 2 * ch + 4;
-  int bottom = top / 2;
-  if (model.Plot().ShowInfo) bottom = model.CurSection().CountTimeText[0] ? 2 * top : top * 3 / 2;
-  const int plotHeight = height * zoom - bottom - top;
-  return {ch, 3 * ch, top, width - kGap, plotHeight, top + plotHeight / 2};
-}
 
 bool AllWhite(const QImage& image) {
   for (int y = 0; y < image.height(); ++y)
@@ -52,24 +39,6 @@ TEST(PaintPlot, NothingToShowPaintsOnlyTheBackground) {
   PaintPlot(model, painter, PaintTarget{});
 }
 
-TEST(PaintPlot, AxesAndRadiographColumnAtComputedPositions) {
-  Model model;
-  StartCore(model);
-  AddRadiograph(model, 0, 200, 2000, 0x204080u);
-  const QImage image = Paint(model, 1000, 700);
-  const Geometry g = Expect(model, 1000, 700);
-  // The depth axis down the left edge and the top axis across.
-  EXPECT_EQ(Rgb(image, g.x0, g.mid + 1), kBlue);
-  EXPECT_EQ(Rgb(image, (g.x0 + g.xr) / 2, g.y0), kBlue);
-  EXPECT_EQ(Rgb(image, g.xr + 2, g.y0), kWhite);
-  const int width = std::max(200 * g.plotHeight / 2000, 25), left = g.x0 + kGap;
-  for (int x : {left, left + width / 2, left + width - 1}) EXPECT_EQ(Rgb(image, x, g.mid), 0x204080u) << x;
-  EXPECT_EQ(Rgb(image, left - 1, g.mid), kWhite);
-  EXPECT_EQ(Rgb(image, left + width, g.mid), kWhite);
-  EXPECT_EQ(Rgb(image, left + width / 2, g.y0 + g.plotHeight - 1), 0x204080u);
-  EXPECT_EQ(Rgb(image, left + width / 2, g.y0 + g.plotHeight), kWhite);
-}
-
 // The label box region of `image` compared with the text drawn alone in the same box.
 bool LabelMatches(const QImage& image, QRect box, const QString& text) {
   QImage ref = MakeImage(image.width(), image.height());
@@ -90,68 +59,75 @@ bool LabelMatches(const QImage& image, QRect box, const QString& text) {
   return true;
 }
 
-TEST(PaintPlot, RadiographWidthLabelCountsTwoCentimetresEach) {
+TEST(PaintPlot, AxesAndRadiographsSideBySideUnderTheirWidthLabel) {
+  // Each radiograph counts 2 cm in the label, whatever its pixels say.
   const uint32_t colours[3] = {0x804020u, 0x208040u, 0x402080u};
   for (int count = 1; count <= 3; ++count) {
+    SCOPED_TRACE(count);
     Model model;
     StartCore(model);
     for (int i = 0; i < count; ++i) AddRadiograph(model, i, 150, 1500, colours[i]);
-    const QImage image = Paint(model, 1000, 700);
-    const Geometry g = Expect(model, 1000, 700);
-    const int width = std::max(150 * g.plotHeight / 1500, 25), left = g.x0 + kGap;
-    SCOPED_TRACE(count);
-    for (int i = 0; i < count; ++i) EXPECT_EQ(Rgb(image, left + i * width + width / 2, g.y0 + 40), colours[i]);
-    const QRect box(QPoint(left, g.y0 - g.ch), QPoint(left + count * width - 1, g.y0 - 1));
+    PlotLayout l;
+    const QImage image = Paint(model, 1000, 700, 0, &l);
+    const int mid = l.Y0 + l.PlotHeight / 2, bottom = l.Y0 + l.PlotHeight;
+    // The depth axis down the left edge and the top axis across to the right margin.
+    EXPECT_EQ(Rgb(image, l.X0, mid + 1), kBlue);
+    EXPECT_EQ(Rgb(image, (l.X0 + l.XRight) / 2, l.Y0), kBlue);
+    EXPECT_EQ(Rgb(image, l.XRight + 2, l.Y0), kWhite);
+    const int left = l.RadiographLeft, width = l.RadiographWidth, right = left + count * width;
+    for (int i = 0; i < count; ++i)
+      for (int x : {left + i * width, left + i * width + width / 2, left + (i + 1) * width - 1})
+        EXPECT_EQ(Rgb(image, x, mid), colours[i]) << x;
+    EXPECT_EQ(Rgb(image, left - 1, mid), kWhite);
+    EXPECT_EQ(Rgb(image, right, mid), kWhite);
+    EXPECT_EQ(Rgb(image, left + width / 2, bottom - 1), colours[0]);
+    EXPECT_EQ(Rgb(image, left + width / 2, bottom), kWhite);
+    const QRect box(QPoint(left, l.Y0 - l.CharHeight), QPoint(right - 1, l.Y0 - 1));
     EXPECT_TRUE(LabelMatches(image, box, QStringLiteral("%1 cm").arg(2 * count)));
     EXPECT_FALSE(LabelMatches(image, box, QStringLiteral("%1 cm").arg(2 * count + 2)));
   }
 }
 
-TEST(PaintPlot, OpticalColumnIsClampedBetweenAFortiethAndAnEighthOfThePage) {
-  for (auto [opticalWidth, expected] : {std::pair{8, 1000 / 40}, {100, -1}, {1600, 1000 / 8}}) {
-    Model model;
-    StartCore(model);
-    AddRadiograph(model, 0, 100, 1600, 0x606060u);
-    AddOptical(model, opticalWidth, 1600, 0xC08040u);
-    const QImage image = Paint(model, 1000, 700);
-    const Geometry g = Expect(model, 1000, 700);
-    if (expected < 0) expected = (opticalWidth - 1) * g.plotHeight / 1599;  // the natural width w0 * H / h0
-    SCOPED_TRACE(opticalWidth);
-    int run = 0;
-    for (int x = g.x0 + kGap; x < 1000 && Rgb(image, x, g.mid) == 0xC08040u; ++x) ++run;
-    EXPECT_EQ(run, expected);
-    // The radiograph column follows one gap later.
-    EXPECT_EQ(Rgb(image, g.x0 + kGap + expected + kGap + 1, g.mid), 0x606060u);
-    EXPECT_EQ(Rgb(image, g.x0 + kGap + expected + kGap - 1, g.mid), kWhite);
-  }
-}
-
-TEST(PaintPlot, OverlayCombinesPixelsByOrAndAndButPrintsAPlainCopy) {
+TEST(PaintPlot, OpticalColumnOverlayAndRadiographFollowEachOther) {
+  // The optical column keeps between a fortieth and an eighth of the page (25 and 125
+  // pixels here).  The overlay combines its pixels with the radiograph's by OR or AND
+  // on screen, and a printout gets a plain copy of the radiograph.
   const uint32_t optical = 0x3050F0u, radiograph = 0x9C2A55u;
   const struct {
-    bool orMode, printing;
-    uint32_t expected;
-  } cases[] = {{true, false, optical | radiograph}, {false, false, optical & radiograph}, {true, true, radiograph}};
+    int opticalWidth, clampedTo;  // 0: not clamped
+    bool orMode, andMode, printing;
+    uint32_t overlay;             // 0: no overlay column
+  } cases[] = {{8, 25, false, false, false, 0},
+               {1600, 125, false, false, false, 0},
+               {100, 0, true, false, false, optical | radiograph},
+               {100, 0, false, true, false, optical & radiograph},
+               {100, 0, true, false, true, radiograph}};
   for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.opticalWidth << " or " << c.orMode << " and " << c.andMode << " printing "
+                                    << c.printing);
     Model model;
     StartCore(model);
-    AddRadiograph(model, 0, 100, 2000, radiograph);
-    AddOptical(model, 100, 2000, optical);
+    AddRadiograph(model, 0, 100, 1600, radiograph);
+    AddOptical(model, c.opticalWidth, 1600, optical);
     PlotState& p = model.Plot();
     p.OverlayOr = c.orMode;
-    p.OverlayAnd = !c.orMode;
+    p.OverlayAnd = c.andMode;
     if (c.printing) {
       p.Printing = 1;
       p.PageRect = {0, 0, 1000, 700};
     }
-    const QImage image = Paint(model, 1000, 700);
-    const Geometry g = Expect(model, 1000, 700);
-    const int ow = std::clamp(99 * g.plotHeight / 1999, 25, 125);
-    const int overlayLeft = g.x0 + kGap + ow + kGap;
-    SCOPED_TRACE(testing::Message() << "or " << c.orMode << " printing " << c.printing);
-    EXPECT_EQ(Rgb(image, g.x0 + kGap + ow / 2, g.mid), optical);
-    EXPECT_EQ(Rgb(image, overlayLeft + ow / 2, g.mid), c.expected);
-    EXPECT_EQ(Rgb(image, overlayLeft + ow + kGap + 2, g.mid), radiograph);
+    PlotLayout l;
+    const QImage image = Paint(model, 1000, 700, 0, &l);
+    const int mid = l.Y0 + l.PlotHeight / 2;
+    if (c.clampedTo) EXPECT_EQ(l.OpticalWidth, c.clampedTo);
+    int run = 0;
+    for (int x = l.OpticalLeft; x < 1000 && Rgb(image, x, mid) == optical; ++x) ++run;
+    EXPECT_EQ(run, l.OpticalWidth);
+    EXPECT_EQ(Rgb(image, l.OpticalLeft - 1, mid), kWhite);
+    EXPECT_EQ(l.OverlayShown, c.overlay != 0);
+    if (c.overlay) EXPECT_EQ(Rgb(image, l.OverlayLeft + l.OpticalWidth / 2, mid), c.overlay);
+    EXPECT_EQ(Rgb(image, l.RadiographLeft + 1, mid), radiograph);
+    EXPECT_EQ(Rgb(image, l.RadiographLeft - 1, mid), kWhite);
   }
 }
 
@@ -165,20 +141,17 @@ TEST(PaintPlot, DisplayAllStacksSectionsByTheirFlooredLengths) {
   PlotState& p = model.Plot();
   p.ShowAllSections = 1;
   p.ShowDividers = 1;
-  const QImage image = Paint(model, 1000, 700);
-  const Geometry g = Expect(model, 1000, 700);
-  EXPECT_FLOAT_EQ(p.LayoutSpan, 1000.0f);
-  EXPECT_FLOAT_EQ(p.DepthSpan, 1000.0f);
-  const int h0 = 600 * g.plotHeight / 1000, h1 = 400 * g.plotHeight / 1000;
-  // Widths are summed over the sections, heights too.
-  const int x = g.x0 + kGap + std::max(200 * (h0 + h1) / 1000, 25) / 2;
-  EXPECT_EQ(Rgb(image, x, g.y0 + 1), 0xAA0000u);
-  EXPECT_EQ(Rgb(image, x, g.y0 + h0 - 1), 0xAA0000u);
-  EXPECT_EQ(Rgb(image, x, g.y0 + h0), 0x00AA00u);
-  EXPECT_EQ(Rgb(image, x, g.y0 + h0 + h1 - 1), 0x00AA00u);
+  PlotLayout l;
+  const QImage image = Paint(model, 1000, 700, 0, &l);
+  const int x = l.RadiographLeft + l.RadiographWidth / 2;
+  const int split = int(l.Bands[1].Top), end = split + l.Bands[1].Height;
+  EXPECT_EQ(Rgb(image, x, l.Y0 + 1), 0xAA0000u);
+  EXPECT_EQ(Rgb(image, x, split - 1), 0xAA0000u);
+  EXPECT_EQ(Rgb(image, x, split), 0x00AA00u);
+  EXPECT_EQ(Rgb(image, x, end - 1), 0x00AA00u);
   // The divider between the sections crosses the plot outside the image column.
-  EXPECT_EQ(Rgb(image, g.xr - 3, g.y0 + h0), kBlue);
-  EXPECT_EQ(Rgb(image, g.xr - 3, g.y0 + h0 + 1), kWhite);
+  EXPECT_EQ(Rgb(image, l.XRight - 3, split), kBlue);
+  EXPECT_EQ(Rgb(image, l.XRight - 3, split + 1), kWhite);
 }
 
 TEST(PaintPlot, DeepZoomScrolledToTheEndDrawsTheRowsThatBelongThere) {
@@ -191,16 +164,16 @@ TEST(PaintPlot, DeepZoomScrolledToTheEndDrawsTheRowsThatBelongThere) {
   AddRadiograph(model, 0, 60, kRows, [](int row) { return uint32_t((row & 0xFF) << 16 | ((row >> 8) & 0xFF) << 8 | 0x40); });
   model.Plot().ZoomFactor = kZoom;
   const int scroll = (kZoom - 1) * kH;
-  const QImage image = Paint(model, kW, kH, scroll);
-  const Geometry g = Expect(model, kW, kH, kZoom);
-  ASSERT_GT(g.y0 + g.plotHeight, 32768);
-  EXPECT_EQ(model.Plot().PlotHeight, g.plotHeight);
-  const int x = g.x0 + kGap + 10;
-  const int plotBottomDevice = g.y0 + g.plotHeight - scroll;
+  PlotLayout l;
+  const QImage image = Paint(model, kW, kH, scroll, &l);
+  ASSERT_GT(l.Y0 + l.PlotHeight, 32768);
+  EXPECT_EQ(model.Plot().PlotHeight, l.PlotHeight) << "the rest of the program sees the layout drawn";
+  const int x = l.RadiographLeft + 10;
+  const int plotBottomDevice = l.Y0 + l.PlotHeight - scroll;
   ASSERT_GT(plotBottomDevice, 100);
   ASSERT_LE(plotBottomDevice, kH);
   for (int yd = 0; yd < plotBottomDevice; yd += 37) {
-    const double expected = double(int64_t(yd) + scroll - g.y0) * kRows / g.plotHeight;
+    const double expected = double(int64_t(yd) + scroll - l.Y0) * kRows / l.PlotHeight;
     EXPECT_NEAR(rowOf(Rgb(image, x, yd)), expected, 1.0) << "device row " << yd;
   }
   EXPECT_EQ(rowOf(Rgb(image, x, plotBottomDevice - 1)), kRows - 1);
@@ -218,15 +191,15 @@ TEST(PaintPlot, InformationBlockHasThreeRowsOrFourWithCountTimeAndNoneWithoutRad
     AddRadiograph(model, 0, 100, 900, 0x777777u);
     CopyField(model.CurSection().CountTimeText, c.countTime);
     model.Plot().RadiographDataSet = c.radiographDataSet;
-    const QImage image = Paint(model, 1000, 700);
-    const Geometry g = Expect(model, 1000, 700);
+    PlotLayout l;
+    const QImage image = Paint(model, 1000, 700, 0, &l);
     // The rule above each row and the frame's bottom line.
     const int h = CharHeight(11, false) + 4;
     std::set<int> expected, found;
     for (int r = 0; r < c.rows; ++r) expected.insert(700 - (c.rows - r) * h);
     if (c.rows) expected.insert(699);
-    for (int y = g.y0 + g.plotHeight + 1; y < 700; ++y)
-      if (Rgb(image, g.x0 + 2, y) != kWhite) found.insert(y);
+    for (int y = l.Y0 + l.PlotHeight + 1; y < 700; ++y)
+      if (Rgb(image, l.X0 + 2, y) != kWhite) found.insert(y);
     EXPECT_EQ(found, expected) << "count time '" << c.countTime << "', data set " << c.radiographDataSet;
   }
 }
@@ -240,10 +213,10 @@ TEST(PaintPlot, ScreenImagesAreConvertedOnlyWhenTheirBitsChange) {
   Paint(model, 600, 400, 500);
   EXPECT_EQ(BitmapBuildCount(model), 1u);
   FillDib(model.CurRadiograph().Bitmap, 80, 800, 0xEEEEEEu);
-  const QImage image = Paint(model, 600, 400, 0);
+  PlotLayout l;
+  const QImage image = Paint(model, 600, 400, 0, &l);
   EXPECT_EQ(BitmapBuildCount(model), 2u);
-  const Geometry g = Expect(model, 600, 400, 4);
-  EXPECT_EQ(Rgb(image, g.x0 + kGap + 5, g.y0 + 50), 0xEEEEEEu);
+  EXPECT_EQ(Rgb(image, l.RadiographLeft + 5, l.Y0 + 50), 0xEEEEEEu);
 }
 
 TEST(PaintPlot, PlotOfDataSetInvertsTheMapButNeverNamesTheMask) {

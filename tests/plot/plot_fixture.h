@@ -98,13 +98,15 @@ inline QImage MakeImage(int width, int height) {
   return image;
 }
 
-inline QImage Paint(Model& model, int width, int height, int scroll = 0) {
+// PaintPlot into a new image; the layout it drew goes to *layout when given.
+inline QImage Paint(Model& model, int width, int height, int scroll = 0, PlotLayout* layout = nullptr) {
   QImage image = MakeImage(width, height);
   QPainter painter(&image);
   PaintTarget target;
   target.Client = image.rect();
   target.ScrollPos = scroll;
-  PaintPlot(model, painter, target);
+  const PlotLayout drawn = PaintPlot(model, painter, target);
+  if (layout) *layout = drawn;
   return image;
 }
 

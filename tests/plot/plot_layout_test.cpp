@@ -132,6 +132,15 @@ TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
   }
 }
 
+// The layout on a plain 96-dpi window of the given size.
+LayoutTarget WindowTarget(int width, int height) {
+  static const QImage device = MakeImage(1, 1);
+  LayoutTarget t;
+  t.Page = {0, 0, width, height};
+  t.Device = &device;
+  return t;
+}
+
 TEST(PlotLayout, DisplayAllStacksFlooredBandsAndSumsTheRadiographWidths) {
   Model model;
   StartCore(model);
@@ -140,11 +149,7 @@ TEST(PlotLayout, DisplayAllStacksFlooredBandsAndSumsTheRadiographWidths) {
   model.SelectSection(1);
   AddRadiograph(model, 0, 50, 399, 0x00AA00u);
   model.Plot().ShowAllSections = 1;
-  QImage device = MakeImage(1, 1);
-  LayoutTarget t;
-  t.Page = {0, 0, 1000, 700};
-  t.Device = &device;
-  const PlotLayout l = ComputePlotLayout(model, t);
+  const PlotLayout l = ComputePlotLayout(model, WindowTarget(1000, 700));
   EXPECT_FLOAT_EQ(l.LayoutSpan, 1000.0f);
   EXPECT_FLOAT_EQ(l.DepthSpan, 1000.0f);
   EXPECT_EQ(l.FirstSection, 0);
@@ -165,11 +170,8 @@ TEST(PlotLayout, WithoutASpanOnlyThePageIsLaidOutAndTheColumnsKeepTheirPlaces) {
   PlotState& p = model.Plot();
   p.ColumnLeft = 321;
   p.PlotHeight = 77;
-  QImage device = MakeImage(1, 1);
-  LayoutTarget t;
-  t.Page = {0, 0, 500, 400};
-  t.Device = &device;
-  PlotLayout l = ComputePlotLayout(model, t);
+  const LayoutTarget t = WindowTarget(500, 400);
+  const PlotLayout l = ComputePlotLayout(model, t);
   EXPECT_FALSE(l.Drawable);
   ApplyLayout(l, p);
   EXPECT_EQ(p.PageWidth, 500);

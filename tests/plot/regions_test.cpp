@@ -48,12 +48,12 @@ class RegionsTest : public ::testing::Test {
     return PaintWith(*model_, draw, kWidth, kHeight, originY);
   }
   // Horizontal region 2 of section 0, from `top` to `bottom` mm.
-  QImage PaintHRegion(float top, float bottom, int pattern, int offsetMm = 0, int originY = 0) {
+  QImage PaintHRegion(float top, float bottom, int pattern, int originY = 0) {
     CoreSection& s = model_->Section(0);
     s.HRegionTop[2] = top;
     s.HRegionBottom[2] = bottom;
     s.HRegionPattern[2] = pattern;
-    return Paint([&](PaintContext& ctx) { DrawRegion(ctx, 2, offsetMm, 0, RegionKind::Horizontal); }, originY);
+    return Paint([&](PaintContext& ctx) { DrawRegion(ctx, 2, 0, 0, RegionKind::Horizontal); }, originY);
   }
   bool Blank(const QImage& image) {
     QImage blank(image.size(), image.format());
@@ -108,21 +108,35 @@ TEST_F(RegionsTest, HorizontalRegionPatternsMatchTheirGeometry) {
   }
 }
 
-TEST_F(RegionsTest, RegionAbovePlotIsCutAtTopButRunsOnBelowBottom) {
+TEST_F(RegionsTest, RegionIsCutAtThePlotsTopRunsOnBelowItAndNeedsAPositiveEnd) {
+  constexpr RegionKind kH = RegionKind::Horizontal;
   const struct {
     const char* name;
-    float top, bottom;
+    RegionKind kind;
+    float start, end;
     int offsetMm;
-    int firstRow, lastRow;  // first and last filled row, image coordinates
+    int firstRow, lastRow;  // first and last filled row, image coordinates; -1: nothing drawn
   } rows[] = {
-      {"negative top depth", -10, 30, 0, kY0, kY0 + 59},
-      {"expanded offset moves it above the top", 5, 30, -10, kY0, kY0 + 39},
-      {"ends below the plot (plot bottom is 240)", 50, 150, 0, kY0 + 100, kHeight - 1},
-      {"inside", 1, 2, 0, kY0 + 2, kY0 + 3},
+      {"negative top depth", kH, -10, 30, 0, kY0, kY0 + 59},
+      {"expanded offset moves it above the top", kH, 5, 30, -10, kY0, kY0 + 39},
+      {"ends below the plot (plot bottom is 240)", kH, 50, 150, 0, kY0 + 100, kHeight - 1},
+      {"inside", kH, 1, 2, 0, kY0 + 2, kY0 + 3},
+      {"horizontal, bottom 0", kH, 10, 0, 0, -1, -1},
+      {"horizontal, bottom negative", kH, 10, -5, 0, -1, -1},
+      {"vertical, right 0", RegionKind::Vertical, 10, 0, 0, -1, -1},
+      {"horizontal, bottom above top", kH, 30, 20, 0, -1, -1},
   };
+  CoreSection& s = model_->Section(0);
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    const QImage image = PaintHRegion(row.top, row.bottom, 0, row.offsetMm);
+    s.HRegionTop[0] = s.VRegionLeft[0] = row.start;
+    s.HRegionBottom[0] = s.VRegionRight[0] = row.end;
+    s.HRegionPattern[0] = s.VRegionPattern[0] = 0;
+    const QImage image = Paint([&](PaintContext& ctx) { DrawRegion(ctx, 0, row.offsetMm, 0, row.kind); });
+    if (row.firstRow < 0) {
+      EXPECT_TRUE(Blank(image));
+      continue;
+    }
     EXPECT_EQ(image.pixelColor(200, row.firstRow), kFill);
     EXPECT_EQ(image.pixelColor(200, row.lastRow), kFill);
     EXPECT_EQ(image.pixelColor(200, row.firstRow - 1), kWhite);
@@ -130,28 +144,8 @@ TEST_F(RegionsTest, RegionAbovePlotIsCutAtTopButRunsOnBelowBottom) {
       EXPECT_EQ(image.pixelColor(200, row.lastRow + 1), kWhite);
     }
   }
-}
-
-TEST_F(RegionsTest, RegionWithoutPositiveEndOrWithBadIndicesIsNotDrawn) {
-  const struct {
-    const char* name;
-    RegionKind kind;
-    float start, end;
-  } rows[] = {
-      {"horizontal, bottom 0", RegionKind::Horizontal, 10, 0},
-      {"horizontal, bottom negative", RegionKind::Horizontal, 10, -5},
-      {"vertical, right 0", RegionKind::Vertical, 10, 0},
-      {"horizontal, bottom above top", RegionKind::Horizontal, 30, 20},
-  };
-  CoreSection& s = model_->Section(0);
-  for (const auto& row : rows) {
-    s.HRegionTop[0] = s.VRegionLeft[0] = row.start;
-    s.HRegionBottom[0] = s.VRegionRight[0] = row.end;
-    s.HRegionPattern[0] = s.VRegionPattern[0] = 0;
-    EXPECT_TRUE(Blank(Paint([&](PaintContext& ctx) { DrawRegion(ctx, 0, 0, 0, row.kind); }))) << row.name;
-  }
-  s.HRegionTop[0] = 0;
-  s.HRegionBottom[0] = 30;
+  s.HRegionTop[0] = s.VRegionLeft[0] = 0;
+  s.HRegionBottom[0] = s.VRegionRight[0] = 30;
   EXPECT_TRUE(Blank(Paint([&](PaintContext& ctx) {
     DrawRegion(ctx, -1, 0, 0, RegionKind::Horizontal);
     DrawRegion(ctx, kAnnotationSlots, 0, 0, RegionKind::Horizontal);
@@ -180,7 +174,7 @@ TEST_F(RegionsTest, ZoomedDocumentIsDrawnAtItsScrolledPosition) {
   model_->Plot().PlotHeight = 1000000;
   model_->Plot().DepthSpan = 1000;
   const int origin = 100000;
-  const QImage image = PaintHRegion(100.02f, 100.2f, 1, 0, origin);
+  const QImage image = PaintHRegion(100.02f, 100.2f, 1, origin);
   // Rows are computed in single precision depth + offset, as the region placement does.
   const int top = kY0 + int(double(100.02f) * 1000), bottom = kY0 + int(double(100.2f) * 1000);
   for (int y = top - origin; y < bottom - origin; ++y)
