@@ -4,6 +4,7 @@
 #include "app/main_window.h"
 #include "app/plot_view.h"
 #include "images/load.h"
+#include "images/ui/image_commands.h"
 #include "model/command_registry.h"
 #include "model/core.h"
 #include "model/menu_state.h"
@@ -34,6 +35,7 @@ void RegisterAllCommands(Model& model, Prompt& prompt, MainWindow& window) {
   RegisterShellCommands(commands, window);
   // A RAW read always starts at 100%, as the zoom command sets it.
   RegisterReadCommands(commands, model, prompt, [&window] { window.SetZoom(kCmdZoom100); });
+  RegisterImageCommands(commands, window);
   OutputTargets output{window, *window.View(), [&window] { return window.ScrollPos(); }};
   // Printing needs the print dialog as well; the desktop prompt offers both.
   RegisterOutputCommands(commands, model, prompt, dynamic_cast<PrintPrompt*>(&prompt), output);

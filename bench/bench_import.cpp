@@ -53,8 +53,9 @@ void BM_VipsRotate(benchmark::State& state) {
 }
 BENCHMARK(BM_VipsRotate)->Unit(benchmark::kMillisecond);
 
-// Reads the big radiograph afresh at every iteration; with `display` also builds the
-// display bitmap (AutoContrast and UpdateRadiographDib), as the menu command does.
+// Reads the big radiograph afresh at every iteration; with `display` also finishes the
+// load as the menu command does (its automatic contrast; the display is converted
+// where it is drawn).
 void ReadBigRadiograph(benchmark::State& state, bool display) {
   const auto path = BigTiff();
   Model& model = SharedModel();
@@ -72,7 +73,7 @@ void ReadBigRadiograph(benchmark::State& state, bool display) {
 void BM_ReadTiffSamples(benchmark::State& state) { ReadBigRadiograph(state, false); }
 BENCHMARK(BM_ReadTiffSamples)->Unit(benchmark::kMillisecond);
 
-// To a ready display bitmap.
+// To a radiograph ready to draw.
 void BM_LoadTiffToBitmap(benchmark::State& state) { ReadBigRadiograph(state, true); }
 BENCHMARK(BM_LoadTiffToBitmap)->Unit(benchmark::kMillisecond);
 

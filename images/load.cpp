@@ -1,7 +1,7 @@
 #include "images/load.h"
 
 #include "images/auto_contrast.h"
-#include "images/conversion.h"
+#include "images/contrast.h"
 #include "import/document_reader.h"
 #include "import/raw_reader.h"
 #include "import/tiff_reader.h"
@@ -22,14 +22,13 @@ void FinishRadiographLoad(Model& model) {
   whole.X2 = rad.Width - 1;
   whole.Y2 = rad.Height - 1;
   AutoContrast(model, 0);
-  for (int k = 1; k < kRegionCount; ++k) {
-    rad.Regions[k].Lower = whole.Lower;
-    rad.Regions[k].Upper = whole.Upper;
-  }
+  ShareWholeWindow(rad);
   PlotState& plot = model.Plot();
   plot.DataRegionLeft = 0;
   plot.DataRegionRight = rad.Width;
-  UpdateRadiographDib(rad);
+  // The display is converted from the samples where it is drawn: converting all of a
+  // long radiograph here would cost more than the rest of the load.
+  rad.DisplayFromSamples = 1;
   rad.Valid = 1;
   plot.NeedLayout = 1;
   model.RequestRepaint();

@@ -17,7 +17,7 @@ class Prompt;
 
 // After a reader filled the current radiograph's samples: region 0 spans the image
 // and gets the automatic window, which regions 1..7 share; the data region is the
-// whole width; the display bits are built and a repaint is asked for.
+// whole width; the display is drawn from the samples; a repaint is asked for.
 void FinishRadiographLoad(Model& model);
 
 // The TIFF reader followed by FinishRadiographLoad for a radiograph.  Result as the reader's.

@@ -112,6 +112,9 @@ struct RadiographFields {
   float ViewScale;    // bitmap rows per child-window pixel
   float HeightScale;  // drawn height as a fraction of the band
   IntRect DestRect;   // last destination rectangle in the plot
+  // Set by a load: the display pixels are converted from Samples through the regions
+  // as they are drawn, and Bitmap's bits are written only by a full conversion.
+  uint32_t DisplayFromSamples;
 };
 
 struct RadiographDesc : RadiographFields {
@@ -352,7 +355,7 @@ class Model {
     if (ImagesReplaced) ImagesReplaced();
   }
 
-  // The drawing layer's screen images of the Dibs (images/draw/bitmap_cache.cpp).
+  // The drawing layer's display images (images/draw/display_image.cpp).
   // Opaque here so the model stays free of Qt; each model has its own.
   std::shared_ptr<void> DrawCache;
 

@@ -176,18 +176,8 @@ void PaintContext::Text(int left, int64_t top, int right, int64_t bottom, int fl
 void PaintContext::FocusRect(int left, int64_t top, int right, int64_t bottom) {
   if (right <= left || bottom <= top) return;
   if (!BandVisible(top, bottom)) return;
-  // The platform drew focus rectangles by inverting alternate pixels; where the device
-  // can combine pixels that is what happens here too, elsewhere a dotted black frame.
-  QPaintEngine* engine = Painter.paintEngine();
-  const bool invert = engine && engine->hasFeature(QPaintEngine::RasterOpModes);
   const QPainter::CompositionMode old = Painter.compositionMode();
-  QPen pen(invert ? QColor(255, 255, 255) : QColor(0, 0, 0));
-  pen.setCosmetic(true);
-  pen.setWidth(1);
-  pen.setDashPattern({1.0, 1.0});
-  pen.setCapStyle(Qt::FlatCap);
-  Painter.setPen(pen);
-  if (invert) Painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+  UseFocusPen(Painter);
   Line(left, top, right - 1, top);
   Line(right - 1, top, right - 1, bottom - 1);
   Line(right - 1, bottom - 1, left, bottom - 1);

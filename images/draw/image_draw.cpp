@@ -1,12 +1,13 @@
 #include "images/draw/image_draw.h"
 
 #include <QPaintEngine>
+#include <QPen>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <vector>
 
-#include "images/draw/bitmap_cache.h"
+#include "images/draw/display_image.h"
 #include "model/model.h"
 
 namespace sedra {
@@ -20,10 +21,6 @@ int FloorPixels(double v) {
 }
 
 int Zoom(const PlotState& plot) { return std::max(1, plot.ZoomFactor); }
-
-// The source index that destination pixel i of n samples when s source pixels from s0
-// are stretched over them: the pixel whose span holds the destination pixel's centre.
-inline int64_t SourceIndex(int64_t s0, int64_t s, int64_t i, int64_t n) { return s0 + ((2 * i + 1) * s) / (2 * n); }
 
 // The first destination pixel in [lo, hi) whose source index reaches `target` (the
 // source index never decreases along the destination).
@@ -48,53 +45,34 @@ bool TrimToSource(int64_t& d0, int64_t& d1, int64_t first, int64_t s0, int64_t s
 
 }  // namespace
 
-namespace {
-
-// The stretch itself.  Source indices are worked out on the full-size image; `src` may
-// be a copy reduced by 2^shift, from which the pixel at index >> shift is taken.
-void Stretch(const DrawSurface& surface, const QImage& src, int shift, int fullWidth, int fullHeight, int sx, int sy,
-             int sw, int sh, int x, int64_t y, int w, int64_t h, QPainter::CompositionMode mode) {
+void StretchImage(const DrawSurface& surface, DisplayImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
+                  int w, int64_t h, QPainter::CompositionMode mode) {
+  if (image.Null() || !surface.Painter || w <= 0 || h <= 0 || sw <= 0 || sh <= 0 || surface.Device.isEmpty()) return;
   const QRect& dev = surface.Device;
-  // The destination in device coordinates, cut to the device rectangle.
+  // The destination in device coordinates, cut to the device rectangle and to the
+  // pixels whose source lies inside the image.
   const int64_t top = y - surface.OriginY;
   int64_t c0 = std::max<int64_t>(x, dev.left());
   int64_t c1 = std::min<int64_t>(int64_t(x) + w, int64_t(dev.right()) + 1);
   int64_t r0 = std::max<int64_t>(top, dev.top());
   int64_t r1 = std::min<int64_t>(top + h, int64_t(dev.bottom()) + 1);
   if (c0 >= c1 || r0 >= r1) return;
-  if (!TrimToSource(c0, c1, x, sx, sw, w, fullWidth)) return;
-  if (!TrimToSource(r0, r1, top, sy, sh, h, fullHeight)) return;
+  if (!TrimToSource(c0, c1, x, sx, sw, w, image.Width())) return;
+  if (!TrimToSource(r0, r1, top, sy, sh, h, image.Height())) return;
 
-  const int outW = int(c1 - c0);
-  const int outH = int(r1 - r0);
-  // One scratch buffer per thread, grown as needed: painting allocates nothing after
-  // the first frames.
-  thread_local std::vector<uint32_t> scratch;
-  thread_local std::vector<int> columns;
-  const size_t need = size_t(outW) * size_t(outH);
-  if (scratch.size() < need) scratch.resize(need);
-  columns.resize(size_t(outW));
-  const int lastColumn = src.width() - 1, lastRow = src.height() - 1;
-  for (int j = 0; j < outW; ++j)
-    columns[size_t(j)] = std::min(lastColumn, int(SourceIndex(sx, sw, c0 + j - x, w) >> shift));
+  Sampling s;
+  s.X = sx;
+  s.XSpan = sw;
+  s.XCount = w;
+  s.ColumnFrom = c0 - x;
+  s.Columns = int(c1 - c0);
+  s.Y = sy;
+  s.YSpan = sh;
+  s.YCount = h;
+  s.RowFrom = r0 - top;
+  s.Rows = int(r1 - r0);
+  const QImage& part = image.Picked(s);
 
-  const uchar* bits = src.constBits();
-  const qsizetype bpl = src.bytesPerLine();
-  int64_t previous = -1;
-  for (int i = 0; i < outH; ++i) {
-    uint32_t* out = scratch.data() + size_t(i) * size_t(outW);
-    const int64_t row = std::min<int64_t>(lastRow, SourceIndex(sy, sh, r0 + i - top, h) >> shift);
-    if (row == previous) {
-      std::memcpy(out, out - outW, size_t(outW) * sizeof(uint32_t));
-      continue;
-    }
-    previous = row;
-    const auto* in = reinterpret_cast<const uint32_t*>(bits + row * bpl);
-    for (int j = 0; j < outW; ++j) out[j] = in[columns[size_t(j)]] | 0xFF000000u;
-  }
-
-  const QImage part(reinterpret_cast<const uchar*>(scratch.data()), outW, outH, qsizetype(outW) * 4,
-                    QImage::Format_RGB32);
   QPainter& painter = *surface.Painter;
   const QPainter::CompositionMode old = painter.compositionMode();
   const bool rasterOp = mode >= QPainter::RasterOp_SourceOrDestination;
@@ -105,15 +83,9 @@ void Stretch(const DrawSurface& surface, const QImage& src, int shift, int fullW
   painter.setCompositionMode(old);
 }
 
-bool Drawable(const DrawSurface& surface, int sw, int sh, int w, int64_t h) {
-  return surface.Painter && w > 0 && h > 0 && sw > 0 && sh > 0 && !surface.Device.isEmpty();
-}
-
-}  // namespace
-
 void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
                   int w, int64_t h, QPainter::CompositionMode mode) {
-  if (image.isNull() || !Drawable(surface, sw, sh, w, h)) return;
+  if (image.isNull()) return;
   QImage converted;
   const QImage* src = &image;
   if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32) {
@@ -121,22 +93,9 @@ void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int s
     if (converted.isNull()) return;
     src = &converted;
   }
-  Stretch(surface, *src, 0, src->width(), src->height(), sx, sy, sw, sh, x, y, w, h, mode);
-}
-
-void StretchImage(const DrawSurface& surface, ScreenBitmap& bitmap, int sx, int sy, int sw, int sh, int x, int64_t y,
-                  int w, int64_t h, QPainter::CompositionMode mode) {
-  if (bitmap.Image.isNull() || !Drawable(surface, sw, sh, w, h)) return;
-  // The smallest reduced copy that still has at least one source pixel per
-  // destination pixel in both directions.
-  int shift = 0;
-  while (shift < 10 && (int64_t(sw) >> (shift + 1)) >= w && (int64_t(sh) >> (shift + 1)) >= h) ++shift;
-  const QImage& src = bitmap.Reduced(shift);
-  // The copy actually made (a copy that could not be allocated leaves a larger one):
-  // copy k is ceil(width / 2^k) wide.
-  int used = 0;
-  while (used < shift && ((int64_t(bitmap.Image.width()) + (int64_t(1) << used) - 1) >> used) > src.width()) ++used;
-  Stretch(surface, src, used, bitmap.Image.width(), bitmap.Image.height(), sx, sy, sw, sh, x, y, w, h, mode);
+  DisplayImage display;
+  display.UseImage(*src);
+  StretchImage(surface, display, sx, sy, sw, sh, x, y, w, h, mode);
 }
 
 void RadiographSourceRows(const Model& model, int section, int imageHeight, int& firstRow, int& rowCount) {
@@ -157,9 +116,8 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
   const PlotState& plot = model.Plot();
   optical.RequestedRect = {left, top, left + width, top + height};
   optical.DrawnRect = {left, top, left, top};
-  ScreenBitmap& bitmap = CachedScreenBitmap(model, optical.Bitmap);
-  const QImage& image = bitmap.Image;
-  if (image.isNull() || width <= 0 || height <= 0) return;
+  DisplayImage& image = OpticalDisplay(model, optical);
+  if (image.Null() || width <= 0 || height <= 0) return;
 
   // Columns: from CropLeft, CropRight of them.  The width is CropRight itself and not
   // CropRight - CropLeft; a crop that starts right of 0 therefore reaches past the
@@ -175,7 +133,7 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
     last = std::min(last, optical.LastShownPixel);
   }
   first = std::max(first, 0);
-  last = std::min(last, image.height() - 1);
+  last = std::min(last, image.Height() - 1);
   int count = last - first + 1;
   if (count < 1) return;
 
@@ -188,7 +146,7 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
       const int skip = FloorPixels(count * double(plot.ExpandTop) / length);
       count = FloorPixels(count * double(plot.ExpandBottom - plot.ExpandTop) / length);
       first += std::max(0, skip);
-      count = std::clamp(count, 0, image.height() - first);
+      count = std::clamp(count, 0, image.Height() - first);
       if (count < 1) return;
     }
     span = plot.ExpandBottom - plot.ExpandTop;
@@ -199,25 +157,31 @@ void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int
     drawTop = top + FloorPixels(double(optical.OpticalTop) * height / span);
     if (optical.OpticalLength > 0) drawHeight = FloorPixels(double(optical.OpticalLength) * height / span);
   }
-  StretchImage(surface, bitmap, sx, first, sw, count, left, drawTop, width, drawHeight);
+  StretchImage(surface, image, sx, first, sw, count, left, drawTop, width, drawHeight);
   optical.DrawnRect = {left, drawTop, left + width, drawTop + drawHeight};
+}
+
+bool HasDisplay(const RadiographDesc& rad) {
+  if (!rad.Bitmap.Empty()) return true;
+  const size_t count = size_t(std::max(rad.Width, 0)) * size_t(std::max(rad.Height, 0));
+  return rad.DisplayFromSamples && count > 0 && rad.Samples.size() >= count;
 }
 
 int PlacedRadiographs(const CoreSection& section) {
   const int count = std::clamp(section.RadiographCount, 0, kMaxRadiographs);
   int placed = 0;
   for (int i = 0; i < count; ++i)
-    if (!section.Radiographs[size_t(i)].Bitmap.Empty()) ++placed;
+    if (HasDisplay(section.Radiographs[size_t(i)])) ++placed;
   return placed;
 }
 
 IntRect RadiographDest(const PlotState& plot, const CoreSection& section, int index, int left, int top, int width,
                        int height) {
   const int count = std::clamp(section.RadiographCount, 0, kMaxRadiographs);
-  if (index < 0 || index >= count || section.Radiographs[size_t(index)].Bitmap.Empty()) return {};
+  if (index < 0 || index >= count || !HasDisplay(section.Radiographs[size_t(index)])) return {};
   int x = left;
   for (int i = 0; i < index; ++i)
-    if (!section.Radiographs[size_t(i)].Bitmap.Empty()) x += width;
+    if (HasDisplay(section.Radiographs[size_t(i)])) x += width;
   const RadiographDesc& rad = section.Radiographs[size_t(index)];
   const int y = Zoom(plot) * rad.TopOffset + top;
   const int drawn = FloorPixels(double(rad.HeightScale) * height);
@@ -232,15 +196,19 @@ int DrawRadiographs(const DrawSurface& surface, Model& model, int section, int l
     RadiographDesc& rad = sec.Radiographs[size_t(i)];
     // While the radiograph contrast dialog is open it owns the image: the plot keeps
     // the place but draws nothing there.
-    if (rad.Bitmap.Empty() || plot.RadContrastOpen) continue;
+    if (!HasDisplay(rad) || plot.RadContrastOpen) continue;
     const IntRect dest = RadiographDest(plot, sec, i, left, top, width, height);
-    rad.EditRect = {dest.Left, dest.Top, dest.Right - 1, dest.Bottom - 1};
-    rad.ViewRect = rad.EditRect;
+    // The radiograph window keeps the data-region band in its own pixels in these two
+    // while that dialog is open; the plot leaves them alone meanwhile.
+    if (!plot.DataRegionMode) {
+      rad.EditRect = {dest.Left, dest.Top, dest.Right - 1, dest.Bottom - 1};
+      rad.ViewRect = rad.EditRect;
+    }
     rad.DestRect = dest;
-    ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
+    DisplayImage& image = RadiographDisplay(model, rad);
     int first = 0, rows = 0;
-    RadiographSourceRows(model, section, bitmap.Image.height(), first, rows);
-    StretchImage(surface, bitmap, 0, first, bitmap.Image.width(), rows, dest.Left, dest.Top, width,
+    RadiographSourceRows(model, section, image.Height(), first, rows);
+    StretchImage(surface, image, 0, first, image.Width(), rows, dest.Left, dest.Top, width,
                  int64_t(dest.Bottom) - dest.Top);
   }
   return PlacedRadiographs(sec);
@@ -250,33 +218,43 @@ void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left
   DrawOpticalImage(surface, model, section, left, top, width, height);
   const PlotState& plot = model.Plot();
   RadiographDesc& rad = model.Section(section).Radiographs[size_t(model.CurRadiographSlot())];
-  ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
-  const QImage& image = bitmap.Image;
-  if (image.isNull()) return;
+  DisplayImage& image = RadiographDisplay(model, rad);
+  if (image.Null()) return;
   const int y = Zoom(plot) * rad.TopOffset + top;
   const int drawn = FloorPixels(double(rad.HeightScale) * height);
   int first = 0, rows = 0;
-  RadiographSourceRows(model, section, image.height(), first, rows);
+  RadiographSourceRows(model, section, image.Height(), first, rows);
   // A printed page gets a plain copy, so it shows the radiograph in place of the
   // optical image rather than combined with it.  Kept: printed figures have always
   // looked like this and users rely on it.
   QPainter::CompositionMode mode = QPainter::CompositionMode_Source;
   if (!plot.Printing)
     mode = plot.OverlayOr ? QPainter::RasterOp_SourceOrDestination : QPainter::RasterOp_SourceAndDestination;
-  StretchImage(surface, bitmap, 0, first, image.width(), rows, left, y, width, drawn, mode);
+  StretchImage(surface, image, 0, first, image.Width(), rows, left, y, width, drawn, mode);
 }
 
 void DrawMovedRadiograph(const DrawSurface& surface, Model& model) {
   const PlotState& plot = model.Plot();
   RadiographDesc& rad = model.CurRadiograph();
-  ScreenBitmap& bitmap = CachedScreenBitmap(model, rad.Bitmap);
-  const QImage& image = bitmap.Image;
-  if (image.isNull()) return;
+  DisplayImage& image = RadiographDisplay(model, rad);
+  if (image.Null()) return;
   const IntRect& r = plot.RadPlacement;
   int first = 0, rows = 0;
-  RadiographSourceRows(model, model.CurSectionSlot(), image.height(), first, rows);
-  StretchImage(surface, bitmap, 0, first, image.width(), rows, r.Left, r.Top, r.Right - r.Left,
+  RadiographSourceRows(model, model.CurSectionSlot(), image.Height(), first, rows);
+  StretchImage(surface, image, 0, first, image.Width(), rows, r.Left, r.Top, r.Right - r.Left,
                int64_t(r.Bottom) - r.Top);
+}
+
+void UseFocusPen(QPainter& painter) {
+  QPaintEngine* engine = painter.paintEngine();
+  const bool invert = engine && engine->hasFeature(QPaintEngine::RasterOpModes);
+  QPen pen(invert ? QColor(255, 255, 255) : QColor(0, 0, 0));
+  pen.setCosmetic(true);
+  pen.setWidth(1);
+  pen.setDashPattern({1.0, 1.0});
+  pen.setCapStyle(Qt::FlatCap);
+  painter.setPen(pen);
+  if (invert) painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
 }
 
 }  // namespace sedra

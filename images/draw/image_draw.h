@@ -17,7 +17,8 @@ class Model;
 struct CoreSection;
 struct IntRect;
 struct PlotState;
-struct ScreenBitmap;
+struct RadiographDesc;
+class DisplayImage;
 
 // Where a stretch lands: the painter, the document y drawn at device y 0, and the device
 // rectangle worth painting.
@@ -28,20 +29,22 @@ struct DrawSurface {
 };
 
 // Nearest-neighbour stretch (the colour-on-colour StretchBlt) of the source rectangle
-// (sx, sy, sw, sh) of `image` onto the document rectangle (x, y, w, h) with the given
-// composition mode.  Destination pixels whose source lies outside the image are left
-// as they are.
-void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
+// (sx, sy, sw, sh) of an image's display pixels onto the document rectangle
+// (x, y, w, h) with the given composition mode.  Only the source pixels the visible
+// destination picks are converted.  Destination pixels whose source lies outside the
+// image are left as they are.
+void StretchImage(const DrawSurface& surface, DisplayImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
                   int w, int64_t h, QPainter::CompositionMode mode = QPainter::CompositionMode_Source);
-// The same from a cached screen bitmap, sampling a reduced copy when the drawing
-// shrinks the image at least twofold.
-void StretchImage(const DrawSurface& surface, ScreenBitmap& bitmap, int sx, int sy, int sw, int sh, int x, int64_t y,
+// The same from a plain image.
+void StretchImage(const DrawSurface& surface, const QImage& image, int sx, int sy, int sw, int sh, int x, int64_t y,
                   int w, int64_t h, QPainter::CompositionMode mode = QPainter::CompositionMode_Source);
 
 // The optical image of section `section` into (left, top, width, height).
 void DrawOpticalImage(const DrawSurface& surface, Model& model, int section, int left, int top, int width, int height);
 
-// How many of a section's radiographs are drawn side by side: those with display bits.
+// Whether a radiograph has display pixels to draw: its samples after a load, or its bits.
+bool HasDisplay(const RadiographDesc& rad);
+// How many of a section's radiographs are drawn side by side: those with display pixels.
 int PlacedRadiographs(const CoreSection& section);
 // Where radiograph `index` of `section` lands in the band (left, top, width, height):
 // its place among the placed radiographs, moved down by its offset (plot pixels at
@@ -58,6 +61,11 @@ void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left
 
 // The current radiograph once more at the place the user dragged it to (RadPlacement).
 void DrawMovedRadiograph(const DrawSurface& surface, Model& model);
+
+// Readies `painter` for a focus rectangle.  The platform drew focus rectangles by
+// inverting alternate pixels; where the device can combine pixels that is what happens
+// here too (a white dotted pen XORed on), elsewhere a dotted black frame.
+void UseFocusPen(QPainter& painter);
 
 // First source row and row count of a radiograph of `section`: the expanded range's
 // rows when a range is expanded, else all rows.

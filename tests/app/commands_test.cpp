@@ -12,6 +12,10 @@
 
 #include "app/dialogs.h"
 #include "app_fixture.h"
+#include "images/ui/data_region_dialog.h"
+#include "images/ui/image_size_dialogs.h"
+#include "images/ui/image_windows.h"
+#include "images/ui/rad_contrast_dialog.h"
 #include "interact/expand_dialog.h"
 #include "model/command_registry.h"
 #include "model/messages.h"
@@ -47,7 +51,34 @@ std::map<int, Check> Effects() {
       EXPECT_EQ(requests[0].Title, title);
     };
   };
+  // The section has a radiograph and no optical image.
+  auto nothingOpens = [](AppTest& t, MainWindow& w) {
+    EXPECT_EQ(w.ActiveTool(), nullptr);
+    EXPECT_TRUE(t.prompt.Messages.empty());
+  };
+  auto radiographWindowShown = [](MainWindow& w) {
+    auto* window = w.findChild<RadImageWindow*>();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->isVisible());
+  };
   return {
+      {kCmdOpticalContrast, nothingOpens},
+      {kCmdOpticalSize, nothingOpens},
+      {kCmdRadContrast, [radiographWindowShown](AppTest& t, MainWindow& w) {
+         EXPECT_NE(qobject_cast<RadContrastDialog*>(w.ActiveTool()), nullptr);
+         EXPECT_EQ(t.model->Plot().RadContrastOpen, 1u);
+         radiographWindowShown(w);
+       }},
+      {kCmdImageSize, [](AppTest& t, MainWindow& w) {
+         EXPECT_NE(qobject_cast<RadiographSizeDialog*>(w.ActiveTool()), nullptr);
+         EXPECT_EQ(t.model->Plot().ImageSizeMode, 1u);
+         EXPECT_EQ(t.model->Plot().Tracking, 1u);
+       }},
+      {kCmdDataRegion, [radiographWindowShown](AppTest& t, MainWindow& w) {
+         EXPECT_NE(qobject_cast<DataRegionDialog*>(w.ActiveTool()), nullptr);
+         EXPECT_EQ(t.model->Plot().DataRegionMode, 1u);
+         radiographWindowShown(w);
+       }},
       {kCmdExit, [](AppTest&, MainWindow& w) { EXPECT_FALSE(w.isVisible()); }},
       {kCmdPrint, [](AppTest& t, MainWindow& w) {
          EXPECT_EQ(t.prompt.PrintDialogs, 1);

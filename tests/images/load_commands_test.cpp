@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "images/conversion.h"
 #include "import/sample_files.h"
 #include "model/menu_state.h"
 #include "model/messages.h"
@@ -39,11 +38,13 @@ TEST(LoadCommands, RadiographThenOpticalFillTheSection) {
   EXPECT_EQ(rad.Regions[0].X2, 79);
   EXPECT_EQ(rad.Regions[0].Y2, 599);
   EXPECT_LT(rad.Regions[0].Lower, rad.Regions[0].Upper);
-  // The display bits are the samples through the window the load chose.
-  RadiographDesc converted = rad;
-  std::fill(converted.Bitmap.Bits.begin(), converted.Bitmap.Bits.end(), uint8_t(0));
-  UpdateRadiographDib(converted);
-  EXPECT_EQ(converted.Bitmap.Bits, rad.Bitmap.Bits);
+  // The display is drawn from the samples through the window the load chose, which
+  // the user regions share until they are defined.
+  EXPECT_EQ(rad.DisplayFromSamples, 1u);
+  for (int k = 1; k < kRegionCount; ++k) {
+    EXPECT_EQ(rad.Regions[k].Lower, rad.Regions[0].Lower);
+    EXPECT_EQ(rad.Regions[k].Upper, rad.Regions[0].Upper);
+  }
   EXPECT_EQ(model.Plot().DataRegionLeft, 0);
   EXPECT_EQ(model.Plot().DataRegionRight, 80);
 

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <set>
 
-#include "images/draw/bitmap_cache.h"
+#include "images/draw/display_image.h"
 #include "plot_fixture.h"
 
 namespace sedra::test {
@@ -204,19 +204,23 @@ TEST(PaintPlot, InformationBlockHasThreeRowsOrFourWithCountTimeAndNoneWithoutRad
   }
 }
 
-TEST(PaintPlot, ScreenImagesAreConvertedOnlyWhenTheirBitsChange) {
+TEST(PaintPlot, ImagesAreConvertedAgainOnlyWhenTheirBitsOrTheViewChange) {
   Model model;
   StartCore(model);
   AddRadiograph(model, 0, 80, 800, 0x101010u);
   Paint(model, 600, 400);
+  const uint64_t first = DisplayConversionCount(model);
+  EXPECT_GE(first, 1u);
+  Paint(model, 600, 400);
+  EXPECT_EQ(DisplayConversionCount(model), first) << "the same view again converts nothing";
   model.Plot().ZoomFactor = 4;
   Paint(model, 600, 400, 500);
-  EXPECT_EQ(BitmapBuildCount(model), 1u);
+  EXPECT_EQ(DisplayConversionCount(model), first + 1) << "another part of the image";
   FillDib(model.CurRadiograph().Bitmap, 80, 800, 0xEEEEEEu);
   PlotLayout l;
-  const QImage image = Paint(model, 600, 400, 0, &l);
-  EXPECT_EQ(BitmapBuildCount(model), 2u);
-  EXPECT_EQ(Rgb(image, l.RadiographLeft + 5, l.Y0 + 50), 0xEEEEEEu);
+  const QImage image = Paint(model, 600, 400, 500, &l);
+  EXPECT_EQ(DisplayConversionCount(model), first + 2) << "new bits";
+  EXPECT_EQ(Rgb(image, l.RadiographLeft + 5, 200), 0xEEEEEEu);
 }
 
 TEST(PaintPlot, PlotOfDataSetInvertsTheMapButNeverNamesTheMask) {
