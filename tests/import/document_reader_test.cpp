@@ -1,5 +1,5 @@
 // document.txt: every caption the scanner writes, the 8192-byte limit, short lines,
-// kept oddities, the change warnings and the not-found case.
+// kept oddities, decimal points under any locale, the change warnings and the not-found case.
 
 #include "import/document_reader.h"
 
@@ -12,6 +12,7 @@
 #include "import/sample_files.h"
 #include "model/messages.h"
 #include "model/model.h"
+#include "support/german_numbers.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra {
@@ -53,7 +54,10 @@ struct DocumentCase {
 
 class DocumentTable : public ::testing::TestWithParam<DocumentCase> {};
 
+// Under a German desktop's locale: the file keeps its decimal point all the same.
 TEST_P(DocumentTable, StoresWhatTheCaptionsSay) {
+  test::GermanNumbers german;
+  ASSERT_TRUE(german.Active());
   Model model;
   ScriptedPrompt prompt;
   CopyField(model.CurSection().SiteName, "old site");
