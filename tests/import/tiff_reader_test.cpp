@@ -313,36 +313,33 @@ TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
   EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
 }
 
-struct FileNameCase {
-  const char* Folder;
-  const char* Before;
-  bool Radiograph;
-  std::string Expect;
-};
-
-class TiffFileName : public ::testing::TestWithParam<FileNameCase> {};
-
-TEST_P(TiffFileName, FolderAndTitle) {
-  const FileNameCase& c = GetParam();
-  const auto folder = test::ScratchFolder() / c.Folder;
-  std::filesystem::create_directories(folder);
-  const auto path = folder / (c.Radiograph ? "radiograph.tif" : "optical.tif");
-  WriteTiff(path, {2, 2, uint16_t(c.Radiograph ? 1 : 3), 8}, [](uint32_t, uint32_t, uint32_t) { return 1; });
-  Model model;
-  ScriptedPrompt prompt;
-  CopyField(model.CurSection().FileName, c.Before);
-  ReadFile(model, prompt, path, c.Radiograph);
-  EXPECT_EQ(std::string(model.CurSection().FileName), c.Expect);
+// The section's title is the folder and the image's file name, or the folder alone when
+// both would not fit; an optical image keeps a title that is already there.
+TEST(TiffReader, FileNameFromTheFolderAndTheImage) {
+  const std::string longFolder(50, 'L');  // 50 + 14 >= 63
+  const struct {
+    std::string Folder;
+    const char* Before;
+    bool Radiograph;
+    std::string Expect;
+  } rows[] = {{"KB07-3", "", true, "KB07-3/radiograph.tif"},
+              {"KB07-3", "", false, "KB07-3/optical.tif"},
+              {"KB07-3", "kept", false, "kept"},
+              {"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
+              {longFolder, "", true, longFolder}};
+  const auto scratch = test::ScratchFolder();
+  for (const auto& r : rows) {
+    const auto folder = scratch / std::to_string(&r - rows) / r.Folder;
+    std::filesystem::create_directories(folder);
+    const auto path = folder / (r.Radiograph ? "radiograph.tif" : "optical.tif");
+    WriteTiff(path, {2, 2, uint16_t(r.Radiograph ? 1 : 3), 8}, [](uint32_t, uint32_t, uint32_t) { return 1; });
+    Model model;
+    ScriptedPrompt prompt;
+    CopyField(model.CurSection().FileName, r.Before);
+    ReadFile(model, prompt, path, r.Radiograph);
+    EXPECT_EQ(std::string(model.CurSection().FileName), r.Expect) << r.Folder << " " << r.Before;
+  }
 }
-
-const std::string kLong(50, 'L');
-INSTANTIATE_TEST_SUITE_P(Rows, TiffFileName,
-                         ::testing::Values(FileNameCase{"KB07-3", "", true, "KB07-3/radiograph.tif"},
-                                           FileNameCase{"KB07-3", "", false, "KB07-3/optical.tif"},
-                                           FileNameCase{"KB07-3", "kept", false, "kept"},
-                                           FileNameCase{"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
-                                           // 50 + 14 >= 63: the folder alone.
-                                           FileNameCase{kLong.c_str(), "", true, kLong}));
 
 TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
   const auto folder = test::ScratchFolder();
