@@ -1,7 +1,6 @@
 // Files that would give a silently wrong image, an empty or absurd plot, or a demand
 // for gigabytes: each is answered with its message, and the section keeps what it had.
 
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -39,26 +38,21 @@ std::string TiffBytes(const TiffLayout& layout, uint32_t value = 1) {
   return test::ReadFile(path);
 }
 
-void Append(std::vector<uint8_t>& out, const void* data, size_t size) {
-  const size_t at = out.size();
-  out.resize(at + size);
-  if (size) std::memcpy(out.data() + at, data, size);
-}
-
 // Everything a read could change that the user would miss: the section's fields, the
 // images' pixels and the depths taken from document.txt.
-std::vector<uint8_t> Snapshot(const Model& m) {
+std::string Snapshot(const Model& m) {
   const CoreSection& s = m.CurSection();
-  std::vector<uint8_t> out;
-  Append(out, static_cast<const CoreSectionFields*>(&s), sizeof(CoreSectionFields));
-  Append(out, s.Optical.Pixels.data(), s.Optical.Pixels.size());
+  std::string out;
+  auto add = [&out](const void* data, size_t size) { out.append(static_cast<const char*>(data), size); };
+  add(static_cast<const CoreSectionFields*>(&s), sizeof(CoreSectionFields));
+  add(s.Optical.Pixels.data(), s.Optical.Pixels.size());
   for (const RadiographDesc& r : s.Radiographs) {
-    Append(out, r.Samples.data(), r.Samples.size() * sizeof(uint16_t));
-    Append(out, &r.Width, sizeof r.Width);
+    add(r.Samples.data(), r.Samples.size() * sizeof(uint16_t));
+    add(&r.Width, sizeof r.Width);
   }
   const WorkingBlock& w = m.App.Work;
   for (float f : {w.StartCoordinate, w.EndCoordinate, w.OpticalStart, w.OpticalEnd, w.OpticalStepSize})
-    Append(out, &f, sizeof f);
+    add(&f, sizeof f);
   return out;
 }
 
@@ -81,7 +75,7 @@ TEST_P(BadFiles, AreRefusedWithTheirMessageAndTheSectionKeepsWhatItHad) {
   Model model;
   ScriptedPrompt prompt;
   LoadEarlierSection(model, prompt);
-  const std::vector<uint8_t> before = Snapshot(model);
+  const std::string before = Snapshot(model);
   const std::string bytes = c.Bytes();
   const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
   switch (c.Kind) {

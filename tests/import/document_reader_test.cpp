@@ -1,5 +1,5 @@
 // document.txt: every caption the scanner writes, the 8192-byte limit, short lines,
-// kept oddities, the change warnings and the not-found case.
+// kept oddities, decimal points under any locale, the change warnings and the not-found case.
 
 #include "import/document_reader.h"
 
@@ -12,6 +12,7 @@
 #include "import/sample_files.h"
 #include "model/messages.h"
 #include "model/model.h"
+#include "support/german_numbers.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra {
@@ -53,7 +54,10 @@ struct DocumentCase {
 
 class DocumentTable : public ::testing::TestWithParam<DocumentCase> {};
 
+// Under a German desktop's locale: the file keeps its decimal point all the same.
 TEST_P(DocumentTable, StoresWhatTheCaptionsSay) {
+  test::GermanNumbers german;
+  ASSERT_TRUE(german.Active());
   Model model;
   ScriptedPrompt prompt;
   CopyField(model.CurSection().SiteName, "old site");
@@ -130,35 +134,32 @@ TEST(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOptica
   EXPECT_EQ(model.App.Work.OpticalEnd, 0.0f);
 }
 
-struct WarningCase {
-  bool Warn;
-  uint32_t ShowWarnings;
-  int Section;
-  std::vector<std::string> Expected;
-};
-
-class DocumentWarnings : public ::testing::TestWithParam<WarningCase> {};
-
-TEST_P(DocumentWarnings, ComparedWithThePreviousSectionOnlyWhenAsked) {
-  const WarningCase& c = GetParam();
-  Model model;
-  ScriptedPrompt prompt;
-  model.Settings().ShowWarnings = c.ShowWarnings;
-  CoreSection& previous = model.Section(0);
-  previous.TubeVoltage = 30;  // same as the file
-  previous.TubeCurrent = 20;
-  previous.Exposure = 400;
-  CopyField(previous.TubeText, "W");
-  model.Plot().CurSectionIndex = c.Section;
-  ParseSectionMetadata(model, prompt, kFull, c.Warn);
-  EXPECT_EQ(prompt.Texts(), c.Expected);
-  for (const auto& m : prompt.Messages) EXPECT_EQ(m.ButtonSet, Buttons::Ok);
+// The settings' switch, the caller's wish and a previous section must all be there.
+TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
+  const struct {
+    bool Warn;
+    uint32_t ShowWarnings;
+    int Section;
+    std::vector<std::string> Expected;
+  } rows[] = {{true, 1, 1, {msg::kWarnCurrent, msg::kWarnExposure, msg::kWarnTube}},
+              {false, 1, 1, {}},
+              {true, 0, 1, {}},
+              {true, 1, 0, {}}};
+  for (const auto& r : rows) {
+    Model model;
+    ScriptedPrompt prompt;
+    model.Settings().ShowWarnings = r.ShowWarnings;
+    CoreSection& previous = model.Section(0);
+    previous.TubeVoltage = 30;  // same as the file
+    previous.TubeCurrent = 20;
+    previous.Exposure = 400;
+    CopyField(previous.TubeText, "W");
+    model.Plot().CurSectionIndex = r.Section;
+    ParseSectionMetadata(model, prompt, kFull, r.Warn);
+    EXPECT_EQ(prompt.Texts(), r.Expected) << r.Warn << r.ShowWarnings << r.Section;
+    for (const auto& m : prompt.Messages) EXPECT_EQ(m.ButtonSet, Buttons::Ok);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Flags, DocumentWarnings,
-                         ::testing::Values(WarningCase{true, 1, 1, {msg::kWarnCurrent, msg::kWarnExposure, msg::kWarnTube}},
-                                           WarningCase{false, 1, 1, {}}, WarningCase{true, 0, 1, {}},
-                                           WarningCase{true, 1, 0, {}}));
 
 TEST(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
   Model model;
@@ -183,38 +184,34 @@ TEST(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
   EXPECT_STREQ(model.CurSection().StepSizeText, "250 microns");
 }
 
-struct PlacementCase {
-  float AxisLength, StartDepth;
-  int32_t Length, First, ExpectFirst, ExpectLast;
-};
-
-class OpticalPlacement : public ::testing::TestWithParam<PlacementCase> {};
-
-TEST_P(OpticalPlacement, FromTheOpticalCoordinates) {
-  const PlacementCase& c = GetParam();
-  Model model;
-  ScriptedPrompt prompt;
-  model.Plot().AxisLength = c.AxisLength;
-  model.CurSection().StartDepth = c.StartDepth;
-  model.CurOptical().Height = c.Length;
-  model.CurOptical().FirstShownPixel = c.First;
-  model.CurOptical().LastShownPixel = -7;
-  ParseSectionMetadata(model, prompt, "Optical Start\t95\tEnd\t405\r\n", false);
-  EXPECT_EQ(model.CurOptical().FirstShownPixel, c.ExpectFirst);
-  EXPECT_EQ(model.CurOptical().LastShownPixel, c.ExpectLast);
+// The optical image's shown rows follow the optical coordinates along the depth axis.
+TEST(DocumentReader, OpticalPlacementFromTheOpticalCoordinates) {
+  const struct {
+    float AxisLength, StartDepth;
+    int32_t Length, First, ExpectFirst, ExpectLast;
+  } rows[] = {
+      // a = 100 - 95 = 5, b = 310: first = round(5 * 1550 / 310) = 25; last = round(1550 * 300 / 310) + 25 = 1525.
+      {300, 100, 1550, 0, 25, 1525},
+      // The optical image starts below the section start: first stays, last limited to n - 1.
+      {400, 90, 1550, 3, 3, 1549},
+      // First load after New: no axis yet, nothing moves.
+      {0, 100, 1550, 0, 0, -7},
+      // No optical image.
+      {300, 100, 0, 0, 0, -7},
+  };
+  for (const auto& r : rows) {
+    Model model;
+    ScriptedPrompt prompt;
+    model.Plot().AxisLength = r.AxisLength;
+    model.CurSection().StartDepth = r.StartDepth;
+    model.CurOptical().Height = r.Length;
+    model.CurOptical().FirstShownPixel = r.First;
+    model.CurOptical().LastShownPixel = -7;
+    ParseSectionMetadata(model, prompt, "Optical Start\t95\tEnd\t405\r\n", false);
+    EXPECT_EQ(model.CurOptical().FirstShownPixel, r.ExpectFirst) << r.AxisLength << " " << r.StartDepth;
+    EXPECT_EQ(model.CurOptical().LastShownPixel, r.ExpectLast) << r.AxisLength << " " << r.StartDepth;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, OpticalPlacement,
-    ::testing::Values(
-        // a = 100 - 95 = 5, b = 310: first = round(5 * 1550 / 310) = 25; last = round(1550 * 300 / 310) + 25 = 1525.
-        PlacementCase{300, 100, 1550, 0, 25, 1525},
-        // The optical image starts below the section start: first stays, last limited to n - 1.
-        PlacementCase{400, 90, 1550, 3, 3, 1549},
-        // First load after New: no axis yet, nothing moves.
-        PlacementCase{0, 100, 1550, 0, 0, -7},
-        // No optical image.
-        PlacementCase{300, 100, 0, 0, 0, -7}));
 
 }  // namespace
 }  // namespace sedra

@@ -28,29 +28,32 @@ ReadOutcome ReadFile(Model& model, ScriptedPrompt& prompt, const std::filesystem
 }
 
 // TIFF row r, column c lands in bitmap row Width - 1 - c, column r.  Larger radiographs
-// are turned in blocks, with the rows and columns the blocks leave done one by one; the
-// offset rule (take 32768 off when every sample is above it) sees every sample.
+// are turned in blocks, with the rows and columns the blocks leave done one by one.
+// Samples that mean something else than plain counts are turned into counts: a
+// MinIsWhite file is inverted, signed samples are moved up by half their range.  The
+// offset rule (take 32768 off when every count is above it) then sees every sample.
 struct RadiographCase {
   const char* Name;
   uint32_t W, H;
   uint16_t Bits;
-  int LowRow, LowCol;  // where a sample of 32768 sits; -1: nowhere, every sample is above
   uint32_t Tile;
+  int LowRow, LowCol;   // where a stored 32768 sits; -1: nowhere
+  int32_t First, Span;  // other samples store First + (131 r + 7 c) % Span
+  uint16_t Photometric = PHOTOMETRIC_MINISBLACK, SampleFormat = SAMPLEFORMAT_UINT;
+  std::function<int32_t(int32_t)> Count = [](int32_t v) { return v; };  // the count a stored value means
 };
 
 class TiffRadiograph : public ::testing::TestWithParam<RadiographCase> {};
 
-TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseWithTheOffsetRule) {
+TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   const RadiographCase& c = GetParam();
   const auto path = test::ScratchFolder() / "radiograph.tif";
-  auto value = [&](uint32_t r, uint32_t col) -> uint32_t {
-    if (c.Bits == 8) return (r * 31 + col * 7 + 1) % 256;
+  auto stored = [&](uint32_t r, uint32_t col) -> int32_t {
     if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
-    return 32769 + (r * 131 + col * 7) % 30000;
+    return c.First + int32_t(r * 131 + col * 7) % c.Span;
   };
-  TiffLayout layout{c.W, c.H, 1, c.Bits};
-  layout.Tile = c.Tile;
-  WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return value(r, col); });
+  TiffLayout layout{c.W, c.H, 1, c.Bits, c.Tile, c.Photometric, c.SampleFormat};
+  WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return uint32_t(stored(r, col)) & 0xFFFF; });
   Model model;
   ScriptedPrompt prompt;
   const ReadOutcome out = ReadFile(model, prompt, path, true);
@@ -60,76 +63,48 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseWithTheOffsetRule) {
   const RadiographDesc& rad = model.CurRadiograph();
   ASSERT_EQ(rad.Width, int32_t(c.H));
   ASSERT_EQ(rad.Height, int32_t(c.W));
-  const uint32_t offset = c.Bits == 16 && c.LowRow < 0 ? 32768 : 0;
-  uint32_t maximum = 0;
+  int32_t lowest = 65536, maximum = 0;
+  for (uint32_t r = 0; r < c.H; ++r)
+    for (uint32_t col = 0; col < c.W; ++col) lowest = std::min(lowest, c.Count(stored(r, col)));
+  const int32_t offset = lowest > 32768 ? 32768 : 0;
   for (uint32_t r = 0; r < c.H; ++r)
     for (uint32_t col = 0; col < c.W; ++col) {
-      maximum = std::max(maximum, value(r, col) - offset);
-      ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], value(r, col) - offset) << r << "," << col;
+      const int32_t count = c.Count(stored(r, col)) - offset;
+      maximum = std::max(maximum, count);
+      ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], count) << r << "," << col;
     }
-  EXPECT_EQ(rad.MaxValue, int32_t(maximum));
+  EXPECT_EQ(rad.MaxValue, maximum);
   EXPECT_EQ(model.CurSection().RadiographCount, 1);
   EXPECT_EQ(model.App.Work.SampleStep, 1);
   EXPECT_EQ(model.App.Work.RawLineGroup, 1);
   EXPECT_STREQ(model.Settings().SectionFolder, path.parent_path().string().c_str());
 }
 
+constexpr uint16_t kWhite = PHOTOMETRIC_MINISWHITE, kGrey = PHOTOMETRIC_MINISBLACK, kSigned = SAMPLEFORMAT_INT;
 INSTANTIATE_TEST_SUITE_P(Rows, TiffRadiograph,
-                         ::testing::Values(RadiographCase{"Small", 5, 3, 16, -1, -1, 0},
-                                           RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 1, 2, 0},
-                                           RadiographCase{"EightBitAsItIs", 3, 2, 8, -1, -1, 0},
-                                           RadiographCase{"AllAbove", 37, 75, 16, -1, -1, 0},
-                                           RadiographCase{"LowInFirstRows", 37, 75, 16, 3, 5, 0},
-                                           RadiographCase{"LowInLaterBlock", 37, 75, 16, 40, 10, 0},
-                                           RadiographCase{"LowInLastColumns", 37, 75, 16, 50, 35, 0},
-                                           RadiographCase{"LowInLastRows", 37, 75, 16, 74, 2, 0},
-                                           RadiographCase{"TiledAllAbove", 37, 75, 16, -1, -1, 16},
-                                           RadiographCase{"TiledLowLate", 37, 75, 16, 70, 30, 16}),
+                         ::testing::Values(RadiographCase{"Small", 5, 3, 16, 0, -1, -1, 32769, 30000},
+                                           RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
+                                           RadiographCase{"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
+                                           RadiographCase{"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
+                                           RadiographCase{"LowInFirstRows", 37, 75, 16, 0, 3, 5, 32769, 30000},
+                                           RadiographCase{"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
+                                           RadiographCase{"LowInLastColumns", 37, 75, 16, 0, 50, 35, 32769, 30000},
+                                           RadiographCase{"LowInLastRows", 37, 75, 16, 0, 74, 2, 32769, 30000},
+                                           RadiographCase{"TiledAllAbove", 37, 75, 16, 16, -1, -1, 32769, 30000},
+                                           RadiographCase{"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
+                                           RadiographCase{"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite,
+                                                          SAMPLEFORMAT_UINT, [](int32_t v) { return 65535 - v; }},
+                                           RadiographCase{"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite,
+                                                          SAMPLEFORMAT_UINT, [](int32_t v) { return 255 - v; }},
+                                           RadiographCase{"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey,
+                                                          kSigned, [](int32_t v) { return v + 32768; }},
+                                           RadiographCase{"Signed16Positive", 6, 3, 16, 0, -1, -1, 20, 300, kGrey,
+                                                          kSigned, [](int32_t v) { return v + 32768; }},
+                                           RadiographCase{"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned,
+                                                          [](int32_t v) { return v + 128; }},
+                                           RadiographCase{"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite,
+                                                          kSigned, [](int32_t v) { return 32767 - v; }}),
                          [](const auto& i) { return std::string(i.param.Name); });
-
-// Samples that mean something else than plain counts are turned into counts: a
-// MinIsWhite file is inverted, signed samples are moved up by half their range (so a
-// signed file of positive counts reads like the scanner's offset file).  The offset
-// rule then applies as to any file.
-struct MeaningCase {
-  const char* Name;
-  uint16_t Bits, Photometric, SampleFormat;
-  int32_t First;                           // the stored value of column c is First + 37 c
-  std::function<int32_t(int32_t)> Count;   // the count that value means
-};
-
-class TiffRadiographMeaning : public ::testing::TestWithParam<MeaningCase> {};
-
-TEST_P(TiffRadiographMeaning, StoredValuesBecomeCounts) {
-  const MeaningCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "radiograph.tif";
-  const uint32_t w = 6, h = 3;
-  auto stored = [&](uint32_t col) { return c.First + 37 * int32_t(col); };
-  TiffLayout layout{w, h, 1, c.Bits, 0, c.Photometric, c.SampleFormat};
-  WriteTiff(path, layout, [&](uint32_t, uint32_t col, uint32_t) { return uint32_t(stored(col)) & 0xFFFF; });
-  Model model;
-  ScriptedPrompt prompt;
-  ASSERT_TRUE(ReadFile(model, prompt, path, true).PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
-  int32_t lowest = 65536;
-  for (uint32_t col = 0; col < w; ++col) lowest = std::min(lowest, c.Count(stored(col)));
-  const int32_t offset = lowest > 32768 ? 32768 : 0;
-  const RadiographDesc& rad = model.CurRadiograph();
-  for (uint32_t col = 0; col < w; ++col)
-    EXPECT_EQ(rad.Samples[size_t(w - 1 - col) * rad.Width + 1], c.Count(stored(col)) - offset) << col;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TiffRadiographMeaning,
-    ::testing::Values(
-        MeaningCase{"MinIsWhite16", 16, PHOTOMETRIC_MINISWHITE, SAMPLEFORMAT_UINT, 1000, [](int32_t v) { return 65535 - v; }},
-        MeaningCase{"MinIsWhite8", 8, PHOTOMETRIC_MINISWHITE, SAMPLEFORMAT_UINT, 3, [](int32_t v) { return 255 - v; }},
-        MeaningCase{"Signed16AcrossZero", 16, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_INT, -100, [](int32_t v) { return v + 32768; }},
-        MeaningCase{"Signed16Positive", 16, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_INT, 20, [](int32_t v) { return v + 32768; }},
-        MeaningCase{"Signed8", 8, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_INT, -90, [](int32_t v) { return v + 128; }},
-        MeaningCase{"SignedMinIsWhite16", 16, PHOTOMETRIC_MINISWHITE, SAMPLEFORMAT_INT, -100,
-                    [](int32_t v) { return 32767 - v; }}),
-    [](const auto& i) { return std::string(i.param.Name); });
 
 // The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
 struct OpticalCase {
@@ -338,36 +313,33 @@ TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
   EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
 }
 
-struct FileNameCase {
-  const char* Folder;
-  const char* Before;
-  bool Radiograph;
-  std::string Expect;
-};
-
-class TiffFileName : public ::testing::TestWithParam<FileNameCase> {};
-
-TEST_P(TiffFileName, FolderAndTitle) {
-  const FileNameCase& c = GetParam();
-  const auto folder = test::ScratchFolder() / c.Folder;
-  std::filesystem::create_directories(folder);
-  const auto path = folder / (c.Radiograph ? "radiograph.tif" : "optical.tif");
-  WriteTiff(path, {2, 2, uint16_t(c.Radiograph ? 1 : 3), 8}, [](uint32_t, uint32_t, uint32_t) { return 1; });
-  Model model;
-  ScriptedPrompt prompt;
-  CopyField(model.CurSection().FileName, c.Before);
-  ReadFile(model, prompt, path, c.Radiograph);
-  EXPECT_EQ(std::string(model.CurSection().FileName), c.Expect);
+// The section's title is the folder and the image's file name, or the folder alone when
+// both would not fit; an optical image keeps a title that is already there.
+TEST(TiffReader, FileNameFromTheFolderAndTheImage) {
+  const std::string longFolder(50, 'L');  // 50 + 14 >= 63
+  const struct {
+    std::string Folder;
+    const char* Before;
+    bool Radiograph;
+    std::string Expect;
+  } rows[] = {{"KB07-3", "", true, "KB07-3/radiograph.tif"},
+              {"KB07-3", "", false, "KB07-3/optical.tif"},
+              {"KB07-3", "kept", false, "kept"},
+              {"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
+              {longFolder, "", true, longFolder}};
+  const auto scratch = test::ScratchFolder();
+  for (const auto& r : rows) {
+    const auto folder = scratch / std::to_string(&r - rows) / r.Folder;
+    std::filesystem::create_directories(folder);
+    const auto path = folder / (r.Radiograph ? "radiograph.tif" : "optical.tif");
+    WriteTiff(path, {2, 2, uint16_t(r.Radiograph ? 1 : 3), 8}, [](uint32_t, uint32_t, uint32_t) { return 1; });
+    Model model;
+    ScriptedPrompt prompt;
+    CopyField(model.CurSection().FileName, r.Before);
+    ReadFile(model, prompt, path, r.Radiograph);
+    EXPECT_EQ(std::string(model.CurSection().FileName), r.Expect) << r.Folder << " " << r.Before;
+  }
 }
-
-const std::string kLong(50, 'L');
-INSTANTIATE_TEST_SUITE_P(Rows, TiffFileName,
-                         ::testing::Values(FileNameCase{"KB07-3", "", true, "KB07-3/radiograph.tif"},
-                                           FileNameCase{"KB07-3", "", false, "KB07-3/optical.tif"},
-                                           FileNameCase{"KB07-3", "kept", false, "kept"},
-                                           FileNameCase{"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
-                                           // 50 + 14 >= 63: the folder alone.
-                                           FileNameCase{kLong.c_str(), "", true, kLong}));
 
 TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
   const auto folder = test::ScratchFolder();

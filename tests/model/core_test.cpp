@@ -100,26 +100,27 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
 
 // A radiograph longer than the point arrays is sampled more coarsely, and the depth
 // axis still spans all its rows: 40 000 rows of 0.2 mm plot 8 000 mm, not 2 667.
-TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeTextAndTheRows) {
+TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisAndTheFirstCurveFromTheStepSizeTextAndTheRows) {
   struct Row {
     const char* step;
     int rows, sampleStep, wantStep;
     int points;
     float span;
     int tick;
+    bool curve;  // "Display Radiograph Data": the first data column shows the radiograph's curve
   } rows[] = {
-      {"200 um", 1500, 1, 1, 1500, 300.0f, 10},  // exactly 300 mm: 10 mm ticks
-      {"200 um", 3000, 1, 1, 3000, 600.0f, 25},  // exactly 600 mm: 25 mm ticks
-      {"100 um", 1000, 5, 5, 200, 20.0f, 5},
-      {"200", 250, 1, 1, 250, 250.0f, 5},  // no blank: 1.0 mm per point
-      {"0 um", 250, 1, 1, 250, 250.0f, 5},
-      {"200 um", 4, 5, 5, 0, 0.0f, 5},  // four rows at step 5: no points
-      {"200 um", 18000, 1, 1, 18000, 3600, 25},
-      {"200 um", 18001, 1, 2, 9000, 3600, 25},
-      {"200 um", 36000, 1, 2, 18000, 7200, 25},
-      {"200 um", 40000, 1, 3, 13333, 7999.8f, 25},
-      {"200 um", 100000, 5, 6, 16666, 3999.84f, 25},
-      {"200 um", 90000, 10, 10, 9000, 1800, 25},
+      {"200 um", 1500, 1, 1, 1500, 300.0f, 10, true},   // exactly 300 mm: 10 mm ticks
+      {"200 um", 3000, 1, 1, 3000, 600.0f, 25, false},  // exactly 600 mm: 25 mm ticks
+      {"100 um", 1000, 5, 5, 200, 20.0f, 5, true},
+      {"200", 250, 1, 1, 250, 250.0f, 5, false},  // no blank: 1.0 mm per point
+      {"0 um", 250, 1, 1, 250, 250.0f, 5, true},
+      {"200 um", 4, 5, 5, 0, 0.0f, 5, false},  // four rows at step 5: no points
+      {"200 um", 18000, 1, 1, 18000, 3600, 25, true},
+      {"200 um", 18001, 1, 2, 9000, 3600, 25, false},
+      {"200 um", 36000, 1, 2, 18000, 7200, 25, true},
+      {"200 um", 40000, 1, 3, 13333, 7999.8f, 25, false},
+      {"200 um", 100000, 5, 6, 16666, 3999.84f, 25, true},
+      {"200 um", 90000, 10, 10, 9000, 1800, 25, false},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.step << ", " << r.rows << " rows at step " << r.sampleStep);
@@ -127,6 +128,7 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeTextAndTheRows) {
     NewCore(m, nullptr);
     m.Work().SampleStep = r.sampleStep;
     m.Work().StartCoordinate = 1234.6f;
+    m.Settings().ShowRadiographData = r.curve;
     RadiographDesc& rad = m.CurRadiograph();
     rad.Width = 2;
     rad.Height = r.rows;
@@ -142,24 +144,15 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisFromTheStepSizeTextAndTheRows) {
     EXPECT_EQ(s.StartLabelDepth, 1235);
     EXPECT_NEAR(m.Work().EndCoordinate, r.span + 1234.6f, 0.01f);
     EXPECT_EQ(m.Plot().ViewLastPoint, r.points);
+    EXPECT_EQ(m.App.Settings.DataSetOfPlot[0], r.curve ? kRadiographDataSet : 1);
+    EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), r.curve) << "point deletion goes with the curve";
+    EXPECT_EQ(m.Plot().DataSetCount, 1);
+    EXPECT_EQ(m.Plot().RadiographDataSet, kRadiographDataSet);
+    EXPECT_STREQ(m.Plot().DataSetNames[kRadiographDataSet - 1], "Radiograph");
     if (r.points > 1) {
       EXPECT_FLOAT_EQ(s.Depth[1] - s.Depth[0], r.span / float(r.points));
       EXPECT_EQ(s.Data[0][r.points - 1], 1.0f) << "every loaded point is valid";
     }
-  }
-}
-
-TEST(UpdateMenusAfterLoad, DisplayRadiographDataDecidesTheFirstColumnsCurve) {
-  // "Display Radiograph Data" decides what the first data column shows.
-  for (uint32_t show : {0u, 1u}) {
-    Model m;
-    m.Settings().ShowRadiographData = show;
-    LoadRadiograph(m, 500);
-    EXPECT_EQ(m.App.Settings.DataSetOfPlot[0], show ? kRadiographDataSet : 1);
-    EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), show != 0) << "point deletion goes with the curve";
-    EXPECT_EQ(m.Plot().DataSetCount, 1);
-    EXPECT_EQ(m.Plot().RadiographDataSet, kRadiographDataSet);
-    EXPECT_STREQ(m.Plot().DataSetNames[kRadiographDataSet - 1], "Radiograph");
   }
 }
 
