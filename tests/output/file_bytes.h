@@ -4,8 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -14,25 +15,15 @@
 namespace sedra::test {
 
 inline std::vector<uint8_t> ReadBytes(const std::filesystem::path& path) {
-  std::vector<uint8_t> out;
-  if (std::FILE* f = std::fopen(path.string().c_str(), "rb")) {
-    uint8_t buf[65536];
-    size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out.insert(out.end(), buf, buf + n);
-    std::fclose(f);
-  }
-  return out;
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
-
 inline std::string ReadAllText(const std::filesystem::path& path) {
-  const std::vector<uint8_t> b = ReadBytes(path);
-  return {b.begin(), b.end()};
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 inline void WriteAllText(const std::filesystem::path& path, const std::string& text) {
-  if (std::FILE* f = std::fopen(path.string().c_str(), "wb")) {
-    std::fwrite(text.data(), 1, text.size(), f);
-    std::fclose(f);
-  }
+  std::ofstream(path, std::ios::binary) << text;
 }
 
 inline uint32_t U16(const std::vector<uint8_t>& b, size_t at) {

@@ -51,16 +51,6 @@ class ChooseImageFileTest : public ::testing::Test {
   FileRequest request{"Save Current Display as Image file", {}, 1, "", ""};
 };
 
-TEST_F(ChooseImageFileTest, NewNameIsTakenWithItsExtensionWithoutAQuestion) {
-  prompt.ChooseFile((folder / "plot").string(), kTiffFilter);
-  const FileChoice c = ChooseImageFile(prompt, request);
-  EXPECT_TRUE(c.Accepted);
-  EXPECT_EQ(c.Path, (folder / "plot.tif").string());
-  EXPECT_EQ(c.FilterIndex, kTiffFilter);
-  EXPECT_TRUE(prompt.Messages.empty());
-  EXPECT_EQ(prompt.SaveRequests.size(), 1u);
-}
-
 TEST_F(ChooseImageFileTest, ExistingFileAsksYesKeepsItNoBringsTheDialogBack) {
   const std::string existing = (folder / "plot.bmp").string();
   std::fclose(std::fopen(existing.c_str(), "wb"));
@@ -115,7 +105,6 @@ TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolutio
     EXPECT_EQ(std::tie(p.Left, p.Top, p.Right, p.Bottom), std::tie(r.Page.Left, r.Page.Top, r.Page.Right, r.Page.Bottom))
         << r.DpiX << "x" << r.DpiY;
   }
-  EXPECT_EQ(MarginPixels(10, 600), 240);
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include "model/settings_files.h"
 #include "output/qt/print_prompt.h"
 #include "plot/paint_plot.h"
+#include "plot/plot_fixture.h"
 
 namespace sedra::test {
 
@@ -34,28 +35,11 @@ inline std::unique_ptr<Model> ModelWithRadiograph() {
   model->Work().ShowRadiograph = 1;
   model->Work().ShowOptical = 1;
   CopyField(model->CurSection().FileName, "KR-03 section 1");
-
-  RadiographDesc& rad = model->CurSection().Radiographs[0];
-  rad.Width = rad.Bitmap.Width = kRadWidth;
-  rad.Height = rad.Bitmap.Height = kRadHeight;
-  rad.Valid = 1;
-  rad.HeightScale = 1.0f;
-  Dib& dib = rad.Bitmap;
-  dib.Stride = Dib::StrideFor(kRadWidth);
-  dib.Bits.assign(size_t(dib.Stride) * kRadHeight, 0);
-  for (int y = 0; y < kRadHeight; ++y) {
-    for (int x = 0; x < kRadWidth; ++x) {
-      std::memset(&dib.Bits[size_t(y) * dib.Stride + size_t(x) * 3], BandIsDark(x) ? 0 : 255, 3);
-      rad.Samples.push_back(BandIsDark(x) ? 1000 : 60000);
-    }
-  }
-  ++dib.Generation;
-  rad.Regions[0] = {0, 0, kRadWidth, kRadHeight, 0, 65535};
-  model->CurSection().RadiographCount = 1;
   model->Plot().SectionCount = 1;
   model->Plot().DataRegionLeft = kRadWidth / 4;
   model->Plot().DataRegionRight = kRadWidth * 3 / 4;
-  UpdateMenusAfterLoad(*model, true);
+  AddRadiograph(*model, 0, kRadWidth, kRadHeight, [](int x, int) { return BandIsDark(x) ? 0u : 0xFFFFFFu; });
+  model->CurSection().Radiographs[0].Regions[0] = {0, 0, kRadWidth, kRadHeight, 0, 65535};
   return model;
 }
 

@@ -13,8 +13,6 @@
 #include "plot/curves.h"
 #include "plot_fixture.h"
 
-static void PrintTo(const QColor& c, std::ostream* os) { *os << c.name().toStdString(); }
-
 namespace sedra::test {
 namespace {
 

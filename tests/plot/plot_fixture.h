@@ -8,26 +8,34 @@
 #include <QPainter>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "model/core.h"
 #include "model/model.h"
 #include "plot/paint_context.h"
 #include "plot/paint_plot.h"
 
+// Readable colours in failure messages.
+inline void PrintTo(const QColor& c, std::ostream* os) { *os << c.name().toStdString(); }
+
 namespace sedra::test {
 
 // Fills a Dib of the given size with one colour (0xRRGGBB), or with a colour per row
-// when rowColour is given.
-template <typename RowColour>
-void FillDib(Dib& dib, int width, int height, RowColour rowColour) {
+// or per pixel when `colour` takes the row or the column and row.
+template <typename Colour>
+void FillDib(Dib& dib, int width, int height, Colour colour) {
   dib.Width = width;
   dib.Height = height;
   dib.Stride = Dib::StrideFor(width);
   dib.Bits.assign(size_t(dib.Stride) * size_t(height), 0);
   for (int y = 0; y < height; ++y) {
-    const uint32_t c = rowColour(y);
     uint8_t* row = dib.Bits.data() + size_t(y) * size_t(dib.Stride);
     for (int x = 0; x < width; ++x) {
+      uint32_t c;
+      if constexpr (std::is_invocable_v<Colour, int, int>)
+        c = colour(x, y);
+      else
+        c = colour(y);
       row[3 * x] = uint8_t(c & 0xFF);            // blue
       row[3 * x + 1] = uint8_t((c >> 8) & 0xFF);  // green
       row[3 * x + 2] = uint8_t((c >> 16) & 0xFF); // red
@@ -55,7 +63,7 @@ inline void StartCore(Model& model) {
 }
 
 // Adds radiograph `slot` of the current section (width x height pixels, one colour or
-// a colour per row) as a read does, then derives the depth axis when it is the first.
+// a colour per row or pixel) as a read does, then derives the depth axis when it is the first.
 template <typename Colour>
 void AddRadiograph(Model& model, int slot, int width, int height, Colour colour) {
   CoreSection& sec = model.CurSection();

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <functional>
 
 #include "plot/plot_layout.h"
 #include "plot_fixture.h"
@@ -15,74 +14,56 @@ namespace {
 struct Case {
   const char* what;
   int width, height, dpi;
-  std::function<void(Model&)> setUp;
+  int opticalWidth = 0, rows = 1200, zoom = 0;
   bool printing = false;
   int scroll = 0;
+  bool countTimes = false, info = true, expanded = false;
 };
 
-LayoutTarget TargetFor(const Case& c, const QImage& device) {
+// The page of the given size at `dpi`; fonts are measured on `device`.
+LayoutTarget TargetFor(int width, int height, const QImage* device = nullptr, int dpi = 96) {
   LayoutTarget t;
-  t.Page = {0, 0, c.width, c.height};
-  t.DpiX = t.DpiY = c.dpi;
-  t.Printing = c.printing;
-  t.ScrollPos = c.scroll;
+  t.Page = {0, 0, width, height};
+  t.DpiX = t.DpiY = dpi;
   t.ScreenHeight = 700;
-  t.Device = &device;
+  t.Device = device;
   return t;
 }
 
-// A radiograph of `width` x `rows` and, when asked, an optical image of the same length.
-void Section(Model& m, int width, int rows, int opticalWidth = 0) {
-  StartCore(m);
-  AddRadiograph(m, 0, width, rows, 0x808080u);
-  if (opticalWidth) AddOptical(m, opticalWidth, rows + 1, 0xC08040u);
-}
-
 TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
+  // A radiograph 100 pixels wide and, when asked, an optical image of the same length.
   const Case cases[] = {
-      {"a window", 1000, 700, 96, [](Model& m) { Section(m, 100, 1200); }},
-      {"count times make room for the XRF row", 1000, 700, 96,
-       [](Model& m) {
-         Section(m, 100, 1200);
-         CopyField(m.CurSection().CountTimeText, "10 s");
-       }},
-      {"no information block", 800, 600, 96,
-       [](Model& m) {
-         Section(m, 100, 1200);
-         m.Plot().ShowInfo = 0;
-       }},
-      {"zoomed and scrolled", 640, 480, 96,
-       [](Model& m) {
-         Section(m, 100, 1200, 60);
-         m.Plot().ZoomFactor = 8;
-       },
-       false, 1500},
-      {"a printed page follows the screen's scroll", 3000, 2000, 300,
-       [](Model& m) {
-         Section(m, 100, 1200, 60);
-         m.Plot().ZoomFactor = 2;
-       },
-       true, 350},
-      {"an expanded range", 1000, 700, 96,
-       [](Model& m) {
-         Section(m, 100, 1500, 60);
-         PlotState& p = m.Plot();
-         p.Expanded = 1;
-         p.ExpandTop = 50.4f;
-         p.ExpandBottom = 150;
-       }},
+      {"a window", 1000, 700, 96},
+      {"count times make room for the XRF row", 1000, 700, 96, 0, 1200, 0, false, 0, true},
+      {"no information block", 800, 600, 96, 0, 1200, 0, false, 0, false, false},
+      {"zoomed and scrolled", 640, 480, 96, 60, 1200, 8, false, 1500},
+      {"a printed page follows the screen's scroll", 3000, 2000, 300, 60, 1200, 2, true, 350},
+      {"an expanded range", 1000, 700, 96, 60, 1500, 0, false, 0, false, true, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     Model model;
-    c.setUp(model);
-    model.Plot().DataRegionLeft = 10;
-    model.Plot().DataRegionRight = 50;
+    StartCore(model);
+    AddRadiograph(model, 0, 100, c.rows, 0x808080u);
+    if (c.opticalWidth) AddOptical(model, c.opticalWidth, c.rows + 1, 0xC08040u);
+    if (c.countTimes) CopyField(model.CurSection().CountTimeText, "10 s");
+    PlotState& p = model.Plot();
+    if (!c.info) p.ShowInfo = 0;
+    if (c.zoom) p.ZoomFactor = c.zoom;
+    if (c.expanded) {
+      p.Expanded = 1;
+      p.ExpandTop = 50.4f;
+      p.ExpandBottom = 150;
+    }
+    p.DataRegionLeft = 10;
+    p.DataRegionRight = 50;
     QImage device = MakeImage(1, 1);
     device.setDotsPerMeterX(qRound(c.dpi / 0.0254));
     device.setDotsPerMeterY(qRound(c.dpi / 0.0254));
-    const PlotLayout l = ComputePlotLayout(model, TargetFor(c, device));
-    const PlotState& p = model.Plot();
+    LayoutTarget target = TargetFor(c.width, c.height, &device, c.dpi);
+    target.Printing = c.printing;
+    target.ScrollPos = c.scroll;
+    const PlotLayout l = ComputePlotLayout(model, target);
     const CoreSection& s = model.CurSection();
 
     const int ch = CharHeight(MakePlotFont("MS Sans Serif", 11, 700, c.dpi).pixelSize());
@@ -132,15 +113,6 @@ TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
   }
 }
 
-// The layout on a plain 96-dpi window of the given size.
-LayoutTarget WindowTarget(int width, int height) {
-  static const QImage device = MakeImage(1, 1);
-  LayoutTarget t;
-  t.Page = {0, 0, width, height};
-  t.Device = &device;
-  return t;
-}
-
 TEST(PlotLayout, DisplayAllStacksFlooredBandsAndSumsTheRadiographWidths) {
   Model model;
   StartCore(model);
@@ -149,7 +121,7 @@ TEST(PlotLayout, DisplayAllStacksFlooredBandsAndSumsTheRadiographWidths) {
   model.SelectSection(1);
   AddRadiograph(model, 0, 50, 399, 0x00AA00u);
   model.Plot().ShowAllSections = 1;
-  const PlotLayout l = ComputePlotLayout(model, WindowTarget(1000, 700));
+  const PlotLayout l = ComputePlotLayout(model, TargetFor(1000, 700));
   EXPECT_FLOAT_EQ(l.LayoutSpan, 1000.0f);
   EXPECT_FLOAT_EQ(l.DepthSpan, 1000.0f);
   EXPECT_EQ(l.FirstSection, 0);
@@ -170,7 +142,7 @@ TEST(PlotLayout, WithoutASpanOnlyThePageIsLaidOutAndTheColumnsKeepTheirPlaces) {
   PlotState& p = model.Plot();
   p.ColumnLeft = 321;
   p.PlotHeight = 77;
-  const LayoutTarget t = WindowTarget(500, 400);
+  const LayoutTarget t = TargetFor(500, 400);
   const PlotLayout l = ComputePlotLayout(model, t);
   EXPECT_FALSE(l.Drawable);
   ApplyLayout(l, p);

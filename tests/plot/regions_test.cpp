@@ -9,9 +9,6 @@
 #include "plot/regions.h"
 #include "plot_fixture.h"
 
-// Readable colours in failure messages.
-static void PrintTo(const QColor& c, std::ostream* os) { *os << c.name().toStdString(); }
-
 namespace sedra::test {
 namespace {
 
