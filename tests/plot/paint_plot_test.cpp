@@ -119,13 +119,17 @@ TEST(PaintPlot, OpticalColumnOverlayAndRadiographFollowEachOther) {
     PlotLayout l;
     const QImage image = Paint(model, 1000, 700, 0, &l);
     const int mid = l.Y0 + l.PlotHeight / 2;
-    if (c.clampedTo) EXPECT_EQ(l.OpticalWidth, c.clampedTo);
+    if (c.clampedTo) {
+      EXPECT_EQ(l.OpticalWidth, c.clampedTo);
+    }
     int run = 0;
     for (int x = l.OpticalLeft; x < 1000 && Rgb(image, x, mid) == optical; ++x) ++run;
     EXPECT_EQ(run, l.OpticalWidth);
     EXPECT_EQ(Rgb(image, l.OpticalLeft - 1, mid), kWhite);
     EXPECT_EQ(l.OverlayShown, c.overlay != 0);
-    if (c.overlay) EXPECT_EQ(Rgb(image, l.OverlayLeft + l.OpticalWidth / 2, mid), c.overlay);
+    if (c.overlay) {
+      EXPECT_EQ(Rgb(image, l.OverlayLeft + l.OpticalWidth / 2, mid), c.overlay);
+    }
     EXPECT_EQ(Rgb(image, l.RadiographLeft + 1, mid), radiograph);
     EXPECT_EQ(Rgb(image, l.RadiographLeft - 1, mid), kWhite);
   }
