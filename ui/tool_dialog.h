@@ -31,6 +31,9 @@ class ToolDialog : public QDialog {
   // dialog has no such control.
   void SetControlText(int id, const QString& text);
 
+  // the mouse moved the rubber band and wrote its depths into the dialog
+  virtual void TrackChanged() {}
+
  protected:
   virtual void SetModes() {}
   virtual void ClearModes() {}
