@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "interact/annotation_dialogs.h"
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/numbers.h"
@@ -36,16 +37,9 @@ void ExpandDialog::ClearModes() {
 }
 
 void ExpandDialog::FillFromRegion() {
-  // The edits start from the current highlighted horizontal region, as the region
-  // dialogs show it: absolute depths, without the expanded offset.
-  Model& model = host_.PlotModel();
-  const PlotState& plot = model.Plot();
-  const CoreSection& section = model.CurSection();
-  const int i = std::clamp(plot.CurHRegion, 0, kAnnotationSlots - 1);
-  ui_->ctl1476->setText(
-      QString::fromStdString(Format("%1.0f", double(section.HRegionTop[i]) + section.StartLabelDepth)));
-  ui_->ctl1478->setText(
-      QString::fromStdString(Format("%1.0f", double(section.HRegionBottom[i]) + section.StartLabelDepth)));
+  // The current highlighted horizontal region starts the range, shown as the region
+  // tool shows it: its band on the plot, absolute depths without the expanded offset.
+  ShowAnnotation(host_, AnnotationKind::HRegion, *this);
 }
 
 bool ExpandDialog::OnExpand() {

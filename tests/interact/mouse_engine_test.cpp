@@ -5,33 +5,18 @@
 #include <cstring>
 
 #include "interact/mouse_engine.h"
-#include "plot/plot_fixture.h"
+#include "painted_section.h"
 
 namespace sedra {
 namespace {
 
 using Modes = std::vector<uint32_t PlotState::*>;
 
-// A section with an optical image, a radiograph and its curve, painted at 1000 x 700:
-// the plot's top is row 38, 300 mm take 605 rows (zoom 1), the full-width band runs
-// from x 51 to 988 and the vertical bands from row 38 to 643; the first data column
-// starts at x 165; layout units are 114 px wide and 605 px high per 300.
+// The painted section of painted_section.h and the gestures on it.
 struct Painted {
   Model M;
   PlotLayout L;
-  explicit Painted(int zoom = 1, int scroll = 0) {
-    test::StartCore(M);
-    CopyField(M.CurSection().StepSizeText, "200 um");
-    test::AddOptical(M, 60, 1000, 0x806040);
-    test::AddRadiograph(M, 0, 40, 1500, uint32_t(0x808080));  // 1500 points of 0.2 mm: 300 mm
-    M.Plot().ZoomFactor = zoom;
-    QImage image = test::MakeImage(1000, 700);
-    QPainter painter(&image);
-    PaintTarget target;
-    target.Client = image.rect();
-    target.ScrollPos = scroll;
-    L = PaintPlot(M, painter, target);
-  }
+  explicit Painted(int zoom = 1, int scroll = 0) : L(test::LoadAndPaint(M, zoom, scroll)) {}
   void Arm(const Modes& modes, IntRect band = {100, 200, 900, 400}) {
     for (auto mode : modes) M.Plot().*mode = 1;
     M.Plot().Tracking = 1;
