@@ -12,6 +12,7 @@ namespace sedra::test {
 
 inline PlotLayout LoadAndPaint(Model& m, int zoom = 1, int scroll = 0) {
   StartCore(m);
+  m.Settings().ShowRadiographData = 1;  // the data column shows the radiograph's curve
   CopyField(m.CurSection().StepSizeText, "200 um");
   AddOptical(m, 60, 1000, 0x806040);
   AddRadiograph(m, 0, 40, 1500, uint32_t(0x808080));
