@@ -1,9 +1,11 @@
 #include "app/plot_view.h"
 
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
 
+#include "interact/plot_mouse.h"
 #include "model/model.h"
 #include "plot/paint_context.h"
 #include "plot/paint_plot.h"
@@ -11,10 +13,24 @@
 
 namespace sedra {
 
-PlotView::PlotView(Model& model, PlotHost& host, QWidget* parent) : QWidget(parent), model_(model), host_(host) {
+PlotView::PlotView(Model& model, PlotHost& host, QWidget* parent)
+    : QWidget(parent), model_(model), host_(host), mouse_(new PlotMouse(host, this)) {
   setObjectName(QStringLiteral("PlotView"));
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
+}
+
+void PlotView::PaintInto(const QRect& exposed) {
+  QPainter bufferPainter(&buffer_);
+  PaintTarget target;
+  target.Client = rect();
+  target.Exposed = exposed;
+  target.ScrollPos = host_.ScrollPos();
+  // The device is the screen, not the buffer: the value scales are spaced by its width.
+  if (const QScreen* s = screen()) target.HorzRes = s->geometry().width();
+  target.EndValuePopup = [this] { mouse_->EndPopup(); };
+  const PlotLayout layout = PaintPlot(model_, bufferPainter, target);
+  if (layout.PageWidth > 0) layout_ = layout;
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
@@ -30,18 +46,38 @@ void PlotView::paintEvent(QPaintEvent* event) {
     buffer_.fill(FromColorRef(model_.Settings().Colours[kBackgroundColour]));
   }
   if (!buffer_.isNull()) {
-    QPainter bufferPainter(&buffer_);
-    PaintTarget target;
-    target.Client = rect();
-    target.Exposed = event->rect();
-    target.ScrollPos = host_.ScrollPos();
-    // The device is the screen, not the buffer: the value scales are spaced by its width.
-    if (const QScreen* s = screen()) target.HorzRes = s->geometry().width();
-    const PlotLayout layout = PaintPlot(model_, bufferPainter, target);
-    if (layout.PageWidth > 0) layout_ = layout;
+    // A drag exposes the thin edges of the old and the new rubber band: each is painted
+    // on its own rather than the rectangle around them all.
+    const QRegion& region = event->region();
+    if (region.rectCount() <= 16)
+      for (const QRect& r : region) PaintInto(r);
+    else
+      PaintInto(event->rect());
   }
   QPainter painter(this);
-  painter.drawImage(event->rect(), buffer_, event->rect());
+  for (const QRect& r : event->region()) painter.drawImage(r, buffer_, r);
+}
+
+// The mouse is never grabbed: a button released outside the view is not seen, and
+// neither are moves outside it.
+void PlotView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) mouse_->Press(layout_, event->position().toPoint());
+}
+
+void PlotView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) mouse_->DoubleClick(layout_, event->position().toPoint());
+}
+
+void PlotView::mouseMoveEvent(QMouseEvent* event) {
+  const QPoint p = event->position().toPoint();
+  if (!rect().contains(p)) return;
+  mouse_->Move(layout_, p, event->buttons().testFlag(Qt::LeftButton));
+}
+
+void PlotView::mouseReleaseEvent(QMouseEvent* event) {
+  const QPoint p = event->position().toPoint();
+  if (event->button() != Qt::LeftButton || !rect().contains(p)) return;
+  mouse_->Release(layout_, p);
 }
 
 }  // namespace sedra

@@ -1,5 +1,6 @@
 #pragma once
-// The client area of the main window: paints the composite plot.
+// The client area of the main window: paints the composite plot and hands its mouse
+// events to the plot's mouse handling.
 
 #include <QImage>
 #include <QWidget>
@@ -10,6 +11,7 @@ namespace sedra {
 
 class Model;
 class PlotHost;
+class PlotMouse;
 
 class PlotView : public QWidget {
   Q_OBJECT
@@ -17,13 +19,20 @@ class PlotView : public QWidget {
   PlotView(Model& model, PlotHost& host, QWidget* parent);
   // The layout of the last paint: what the user sees, for hit-testing.
   const PlotLayout& Layout() const { return layout_; }
+  PlotMouse& Mouse() { return *mouse_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
+  void PaintInto(const QRect& exposed);
   Model& model_;
   PlotHost& host_;
+  PlotMouse* mouse_;
   QImage buffer_;
   PlotLayout layout_;
 };

@@ -4,6 +4,7 @@
 #include "app/main_window.h"
 #include "app/plot_view.h"
 #include "images/load.h"
+#include "interact/interact_commands.h"
 #include "model/command_registry.h"
 #include "model/core.h"
 #include "model/menu_state.h"
@@ -32,6 +33,7 @@ void RegisterShellCommands(CommandRegistry& commands, MainWindow& window) {
 void RegisterAllCommands(Model& model, Prompt& prompt, MainWindow& window) {
   CommandRegistry& commands = window.Commands();
   RegisterShellCommands(commands, window);
+  RegisterInteractCommands(commands, window);
   // A RAW read always starts at 100%, as the zoom command sets it.
   RegisterReadCommands(commands, model, prompt, [&window] { window.SetZoom(kCmdZoom100); });
   OutputTargets output{window, *window.View(), [&window] { return window.ScrollPos(); }};
