@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <algorithm>
+#include <cmath>
 
 #include "interact/annotation_dialogs.h"
 #include "model/messages.h"
@@ -49,9 +50,13 @@ bool ExpandDialog::OnExpand() {
   const float length = plot.SectionLength[model.CurSectionSlot()];
   const float top = EditReal(ui_->ctl1476) - float(section.StartLabelDepth);
   const float bottom = std::min(EditReal(ui_->ctl1478) - float(section.StartLabelDepth), length);
-  plot.ExpandTop = top;
-  plot.ExpandBottom = bottom;
-  if (bottom - top < 0.05f * length) {
+  // Depths typed as "nan" or "inf" make no range at all: refused before they are kept.
+  const bool finite = std::isfinite(top) && std::isfinite(bottom);
+  if (finite) {
+    plot.ExpandTop = top;
+    plot.ExpandBottom = bottom;
+  }
+  if (!finite || bottom - top < 0.05f * length) {
     host_.UserPrompt().Tell(msg::kExpandTooSmall, "", Icon::Exclamation);
     return false;
   }

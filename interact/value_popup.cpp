@@ -46,15 +46,16 @@ ValueLines ValueReadout(const Model& model, const PlotLayout& l, int x, int y) {
   const CoreSection& section = model.CurSection();
   ValueLines lines;
   const double f = l.PlotHeight != 0 ? double(y - l.TopMargin) / double(l.PlotHeight) : 0.0;
-  const int n = plot.Expanded ? plot.ViewFirstPoint + Nearest(double(plot.ViewLastPoint - plot.ViewFirstPoint) * f)
-                              : Nearest(double(section.PointCount) * f);
+  const int64_t n = plot.Expanded
+                        ? plot.ViewFirstPoint + int64_t(Nearest((double(plot.ViewLastPoint) - plot.ViewFirstPoint) * f))
+                        : Nearest(double(section.PointCount) * f);
   double depth = double(l.DepthSpan) * f + section.StartLabelDepth;
   if (plot.Expanded) depth += plot.ExpandTop;
   if (n >= 0 && n < std::min(section.PointCount, kMaxPoints)) {
-    lines.File = Format("File L%06d.spe", n);
+    lines.File = Format("File L%06d.spe", int(n));
     const int columns = std::min(plot.ColumnCount, kMaxCurves);
     const int k = ColumnAt(l.ColumnLeft, l.ColumnWidth, columns, x);
-    if (k < columns) lines.Value = ColumnValue(model, k, n);
+    if (k < columns) lines.Value = ColumnValue(model, k, int(n));
   }
   lines.Depth = Format("Position is %2.0f mm", depth);
   return lines;

@@ -73,7 +73,7 @@ void DrawHorizontalLayer(PaintContext& ctx, const PlotLayout& l) {
       const float depth = sec.HLineDepth[line];
       if (!(depth > 0)) continue;
       // Lines round to the nearest row; everything else floors.
-      const int64_t y = l.Y0 + FloorInt((double(offset) + depth) * double(l.PlotHeight) / double(l.DepthSpan) + 0.5);
+      const int64_t y = int64_t(l.Y0) + FloorInt((double(offset) + depth) * double(l.PlotHeight) / double(l.DepthSpan) + 0.5);
       DrawHorizontalStyledLine(ctx, l.X0, l.XRight, y, sec.HLineStyle[line], sec.HLineWidth[line], lineColour);
     }
     if (!l.AllSections) break;

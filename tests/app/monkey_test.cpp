@@ -35,7 +35,7 @@ void CheckInvariants(const Model& m, const MainWindow& w, bool deleteToolClosed)
   ASSERT_TRUE(p.CurHRegion >= 0 && p.CurHRegion < 8 && p.CurVRegion >= 0 && p.CurVRegion < 8);
   ASSERT_TRUE(p.CurHLine >= 0 && p.CurHLine < 8 && p.CurVLine >= 0 && p.CurVLine < kVLineSlots);
   ASSERT_TRUE(p.CurTextField >= 0 && p.CurTextField < kTextFields && p.CurColumn <= std::max(p.ColumnCount, 0));
-  ASSERT_TRUE(p.ViewFirstPoint >= 0 && p.ViewLastPoint <= s.PointCount);
+  ASSERT_TRUE(p.ViewFirstPoint >= 0 && p.ViewLastPoint <= s.PointCount);  // a range typed above the section may end before it starts
   const bool dragging = p.TitleDrag || p.HeaderDrag || p.TextDrag || p.RadMoveMode;
   if (w.ActiveTool() || dragging) return;
   // No tool and no drag: nothing armed, and no band (the deletion tool leaves its own).
