@@ -2,10 +2,10 @@
 // The client area of the main window: paints the composite plot and hands its mouse
 // events to the plot's mouse handling.
 
-#include <QImage>
 #include <QWidget>
 
 #include "plot/plot_layout.h"
+#include "plot/screen_buffer.h"
 
 namespace sedra {
 
@@ -20,6 +20,8 @@ class PlotView : public QWidget {
   // The layout of the last paint: what the user sees, for hit-testing.
   const PlotLayout& Layout() const { return layout_; }
   PlotMouse& Mouse() { return *mouse_; }
+  // Only the rubber band moved within `client`: repainted from the kept copy of the plot.
+  void RepaintBand(const QRect& client);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -29,11 +31,10 @@ class PlotView : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  void PaintInto(const QRect& exposed);
   Model& model_;
   PlotHost& host_;
   PlotMouse* mouse_;
-  QImage buffer_;
+  ScreenBuffer screen_;
   PlotLayout layout_;
 };
 

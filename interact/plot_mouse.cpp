@@ -57,7 +57,7 @@ void PlotMouse::Apply(const PlotLayout& layout, const MouseOutcome& out, QPoint 
   if (out.RepaintAll)
     host_.Repaint();
   else
-    for (const QRect& r : out.Damage) host_.RepaintRect(r);
+    for (const QRect& r : out.Damage) host_.RepaintBand(r);
   if (out.ClosePopup) EndPopup();
   if (out.ForwardRelease) ForwardRelease();
   switch (out.Opens) {
