@@ -121,8 +121,12 @@ YScaleDialog::YScaleDialog(PlotHost& host, int column)
   const Model& model = host.PlotModel();
   const PlotState& plot = model.Plot();
   const AppState& app = model.App;
-  std::string caption = "Set Scale for " + SetName(plot, app.Settings.DataSetOfPlot[column_]);
-  if (app.RatioOn[column_]) caption += "/" + SetName(plot, app.RatioSetOfPlot[column_]);
+  std::string caption = "Set Scale for ";
+  caption += SetName(plot, app.Settings.DataSetOfPlot[column_]);
+  if (app.RatioOn[column_]) {
+    caption += "/";
+    caption += SetName(plot, app.RatioSetOfPlot[column_]);
+  }
   setWindowTitle(QString::fromLatin1(caption.c_str()));
   const double yMax = plot.ColumnYMax[column_];
   ui_->ctl1498->setText(QString::fromStdString(FormatScaleValue(yMax, yMax)));
