@@ -126,7 +126,7 @@ void MainWindow::Repaint() {
   view_->update();
 }
 
-void MainWindow::RepaintRect(const QRect& client) { view_->update(client); }
+void MainWindow::RepaintBand(const QRect& client) { view_->RepaintBand(client); }
 
 int MainWindow::ClientHeight() const { return view_->height(); }
 

@@ -65,7 +65,7 @@ class MainWindow : public QMainWindow, public PlotHost {
   Prompt& UserPrompt() override { return prompt_; }
   QWidget* OwnerWindow() override { return this; }
   void Repaint() override;
-  void RepaintRect(const QRect& client) override;
+  void RepaintBand(const QRect& client) override;
   int ClientHeight() const override;
   int ScrollPos() const override;
   void SetPlotCursor(Qt::CursorShape shape) override;

@@ -5,6 +5,7 @@
 #include "app/plot_view.h"
 #include "images/load.h"
 #include "images/ui/image_commands.h"
+#include "interact/interact_commands.h"
 #include "model/command_registry.h"
 #include "model/core.h"
 #include "model/menu_state.h"
@@ -33,6 +34,7 @@ void RegisterShellCommands(CommandRegistry& commands, MainWindow& window) {
 void RegisterAllCommands(Model& model, Prompt& prompt, MainWindow& window) {
   CommandRegistry& commands = window.Commands();
   RegisterShellCommands(commands, window);
+  RegisterInteractCommands(commands, window);
   // A RAW read always starts at 100%, as the zoom command sets it.
   RegisterReadCommands(commands, model, prompt, [&window] { window.SetZoom(kCmdZoom100); });
   RegisterImageCommands(commands, window);

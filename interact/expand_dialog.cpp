@@ -3,7 +3,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <algorithm>
+#include <cmath>
 
+#include "interact/annotation_dialogs.h"
 #include "model/messages.h"
 #include "model/model.h"
 #include "model/numbers.h"
@@ -36,16 +38,9 @@ void ExpandDialog::ClearModes() {
 }
 
 void ExpandDialog::FillFromRegion() {
-  // The edits start from the current highlighted horizontal region, as the region
-  // dialogs show it: absolute depths, without the expanded offset.
-  Model& model = host_.PlotModel();
-  const PlotState& plot = model.Plot();
-  const CoreSection& section = model.CurSection();
-  const int i = std::clamp(plot.CurHRegion, 0, kAnnotationSlots - 1);
-  ui_->ctl1476->setText(
-      QString::fromStdString(Format("%1.0f", double(section.HRegionTop[i]) + section.StartLabelDepth)));
-  ui_->ctl1478->setText(
-      QString::fromStdString(Format("%1.0f", double(section.HRegionBottom[i]) + section.StartLabelDepth)));
+  // The current highlighted horizontal region starts the range, shown as the region
+  // tool shows it: its band on the plot, absolute depths without the expanded offset.
+  ShowAnnotation(host_, AnnotationKind::HRegion, *this);
 }
 
 bool ExpandDialog::OnExpand() {
@@ -55,9 +50,13 @@ bool ExpandDialog::OnExpand() {
   const float length = plot.SectionLength[model.CurSectionSlot()];
   const float top = EditReal(ui_->ctl1476) - float(section.StartLabelDepth);
   const float bottom = std::min(EditReal(ui_->ctl1478) - float(section.StartLabelDepth), length);
-  plot.ExpandTop = top;
-  plot.ExpandBottom = bottom;
-  if (bottom - top < 0.05f * length) {
+  // Depths typed as "nan" or "inf" make no range at all: refused before they are kept.
+  const bool finite = std::isfinite(top) && std::isfinite(bottom);
+  if (finite) {
+    plot.ExpandTop = top;
+    plot.ExpandBottom = bottom;
+  }
+  if (!finite || bottom - top < 0.05f * length) {
     host_.UserPrompt().Tell(msg::kExpandTooSmall, "", Icon::Exclamation);
     return false;
   }

@@ -18,7 +18,7 @@ class ExpandDialog : public ToolDialog {
  public:
   explicit ExpandDialog(PlotHost& host);
   ~ExpandDialog() override;
-  // Fills the two depth edits from the current region.
+  // Puts the current region on the plot and its depths into the two edits.
   void FillFromRegion();
   // "Expand": false (the dialog stays open) when the range is too small.
   bool OnExpand();

@@ -36,7 +36,6 @@ bool CommandRegistry::Dispatch(int id, const Model& model) const {
 
 const std::vector<int>& CommandsNotYetBuilt() {
   static const std::vector<int> kMissing = {
-      kCmdHRegion,         kCmdVRegion,     kCmdHLine,        kCmdVLine,     kCmdDeletePoints,
       kCmdMainTitle,       kCmdSectionTitle, kCmdSetText,     kCmdEditInfo,  kCmdColourSetup,
   };
   return kMissing;

@@ -145,6 +145,8 @@ void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
   plot.ViewFirstPoint = 0;
   plot.ViewLastPoint = section.PointCount;
   plot.DataSetCount = 1;
+  // The annotation tools start again from their first entries.
+  plot.CurHRegion = plot.CurVRegion = plot.CurHLine = plot.CurVLine = 0;
 
   if (plot.DepthTick == 0) plot.DepthTick = plot.DepthSpan < 300 ? 5 : plot.DepthSpan < 600 ? 10 : 25;
 

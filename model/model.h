@@ -314,6 +314,7 @@ struct CurveWork {
   std::vector<int16_t> Offsets;      // kMaxCurves per drawn point, interleaved
   std::vector<int16_t> Labels;       // same shape, cleared at every recomputation
   double& Value(int curve, int index) { return Values[size_t(curve) * kCurveWorkPoints + size_t(index)]; }
+  double Value(int curve, int index) const { return Values[size_t(curve) * kCurveWorkPoints + size_t(index)]; }
 };
 
 // Owns every record.  Exactly one lives in the running program; every test makes its own.
@@ -329,6 +330,7 @@ class Model {
   CoreSection& Section(int index) { return sections_[size_t(index)]; }
   const CoreSection& Section(int index) const { return sections_[size_t(index)]; }
   CurveWork& Curves() { return curves_; }
+  const CurveWork& Curves() const { return curves_; }
 
   // The current section and its current images.
   // The current section is PlotState.CurSectionIndex and the current radiograph

@@ -138,7 +138,6 @@ std::string TrimExponent(std::string s) {
   return s;
 }
 
-namespace {
 // The scanner's software wrote exponents with three digits ("1.5e+006"); TrimExponent
 // and everything that reads these labels expect that form, so widen the C library's.
 std::string ThreeDigitExponent(std::string s) {
@@ -149,7 +148,6 @@ std::string ThreeDigitExponent(std::string s) {
   if (count < 3) s.insert(digits, 3 - count, '0');
   return s;
 }
-}  // namespace
 
 std::string FormatScaleValue(double x, double r) {
   if (x == 0) return "0";

@@ -24,6 +24,9 @@ bool ParseDate(Date& out, const std::string& text, Prompt* prompt);
 std::string FormatScaleValue(double x, double r);
 // Removes the leading zero of a three-digit exponent ("1.5e+006" -> "1.5e+6").
 std::string TrimExponent(std::string s);
+// Widens the exponent that ends a number written with "%e" to three digits ("1.5e+06" ->
+// "1.5e+006"), as the scanner's software wrote them.
+std::string ThreeDigitExponent(std::string s);
 
 // printf into a std::string.  Numbers are written with a decimal point whatever the
 // user's locale: plot labels and files never take a comma.

@@ -179,9 +179,14 @@ void PaintContext::FocusRect(int left, int64_t top, int right, int64_t bottom) {
   const QPainter::CompositionMode old = Painter.compositionMode();
   UseFocusPen(Painter);
   Line(left, top, right - 1, top);
-  Line(right - 1, top, right - 1, bottom - 1);
   Line(right - 1, bottom - 1, left, bottom - 1);
-  Line(left, bottom - 1, left, top);
+  // The sides start on the first visible row that keeps the dots in step with the top
+  // edge, so a band repainted piece by piece during a drag shows one even pattern.
+  const int64_t from = std::max(top, top + ((VisibleTop() - top) & ~int64_t(1)));
+  if (from <= bottom - 1) {
+    Line(right - 1, from, right - 1, bottom - 1);
+    Line(left, from, left, bottom - 1);
+  }
   Painter.setCompositionMode(old);
 }
 

@@ -73,7 +73,7 @@ void DrawHorizontalLayer(PaintContext& ctx, const PlotLayout& l) {
       const float depth = sec.HLineDepth[line];
       if (!(depth > 0)) continue;
       // Lines round to the nearest row; everything else floors.
-      const int64_t y = l.Y0 + FloorInt((double(offset) + depth) * double(l.PlotHeight) / double(l.DepthSpan) + 0.5);
+      const int64_t y = int64_t(l.Y0) + FloorInt((double(offset) + depth) * double(l.PlotHeight) / double(l.DepthSpan) + 0.5);
       DrawHorizontalStyledLine(ctx, l.X0, l.XRight, y, sec.HLineStyle[line], sec.HLineWidth[line], lineColour);
     }
     if (!l.AllSections) break;
@@ -223,11 +223,11 @@ void DrawTexts(PaintContext& ctx, const PlotLayout& l) {
 
 // The radiograph where the user dragged it, then the focus rectangles, which are
 // overlays and always come last.
-void DrawOverlays(PaintContext& ctx, const PlotLayout& l) {
+void DrawOverlays(PaintContext& ctx, const PlotLayout& l, bool trackRect) {
   const PlotState& plot = ctx.M.Plot();
   if (plot.RadMoved) DrawMovedRadiograph(ctx.Surface(), ctx.M);
   if (l.DataRegionShown) ctx.FocusRect(l.DataRegion.Left, l.DataRegion.Top, l.DataRegion.Right, l.DataRegion.Bottom);
-  if (!l.Printing && plot.TrackRect.Right >= 1)
+  if (trackRect && !l.Printing && plot.TrackRect.Right >= 1)
     ctx.FocusRect(plot.TrackRect.Left, plot.TrackRect.Top, plot.TrackRect.Right, plot.TrackRect.Bottom);
 }
 
@@ -259,7 +259,7 @@ PlotLayout PaintPlot(Model& model, QPainter& painter, const PaintTarget& target)
     DrawDataArea(ctx, layout);
     DrawAxes(ctx, layout);
     DrawTexts(ctx, layout);
-    DrawOverlays(ctx, layout);
+    DrawOverlays(ctx, layout, target.DrawTrackRect);
   }
   painter.restore();
   return layout;

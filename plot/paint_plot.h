@@ -23,6 +23,9 @@ struct PaintTarget {
   int HorzRes = 0;
   // Closes the value read-out popup when one is open (every paint ends it).
   std::function<void()> EndValuePopup;
+  // The rubber band (PlotState.TrackRect) is drawn last; the window draws it itself over
+  // a band-free copy of the plot (see screen_buffer.h).
+  bool DrawTrackRect = true;
 };
 
 // Draws the whole plot from the model and writes the layout fields back into PlotState.

@@ -217,11 +217,11 @@ void DrawHorizontalStyledLine(PaintContext& ctx, int x1, int x2, int64_t y, int 
   PenGuard guard(ctx.Painter);
   ctx.Painter.setPen(OnePixelPen(colour, LineStyle(style)));
   // Styled pens are one pixel wide, so a wide line is that many strokes, each one
-  // row further down.
-  for (int i = 0; i < width; ++i) {
-    const int64_t row = y + i;
-    if (ctx.RowVisible(row)) ctx.Line(x1, row, x2 - 1, row);
-  }
+  // row further down.  The width is typed without a limit: only the strokes that can
+  // show are drawn.
+  const int64_t first = std::max<int64_t>(0, ctx.VisibleTop() - y);
+  const int64_t last = std::min<int64_t>(width, ctx.VisibleBottom() - y);
+  for (int64_t i = first; i < last; ++i) ctx.Line(x1, y + i, x2 - 1, y + i);
 }
 
 void DrawVerticalStyledLine(PaintContext& ctx, int x, int64_t y1, int64_t y2, int style, int width,
@@ -241,7 +241,9 @@ void DrawVerticalStyledLine(PaintContext& ctx, int x, int64_t y1, int64_t y2, in
   }
   PenGuard guard(ctx.Painter);
   ctx.Painter.setPen(pen);
-  for (int i = 0; i < width; ++i) ctx.Line(x + i, top, x + i, bottom);
+  const int64_t first = std::max<int64_t>(0, int64_t(ctx.Device.left()) - x);
+  const int64_t last = std::min<int64_t>(width, int64_t(ctx.Device.right()) + 1 - x);
+  for (int64_t i = first; i < last; ++i) ctx.Line(int(x + i), top, int(x + i), bottom);
 }
 
 }  // namespace sedra

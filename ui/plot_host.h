@@ -26,8 +26,9 @@ class PlotHost {
 
   // Repaints the whole plot, background erased, after applying the menu state.
   virtual void Repaint() = 0;
-  // Repaints only a rectangle of the plot view (client coordinates).
-  virtual void RepaintRect(const QRect& client) = 0;
+  // Repaints a rectangle of the plot view (client coordinates) in which only the rubber
+  // band moved: the plot under it is as last painted.
+  virtual void RepaintBand(const QRect& client) = 0;
   virtual int ClientHeight() const = 0;
   virtual int ScrollPos() const = 0;
   virtual void SetPlotCursor(Qt::CursorShape shape) = 0;

@@ -16,6 +16,8 @@
 #include "images/ui/image_size_dialogs.h"
 #include "images/ui/image_windows.h"
 #include "images/ui/rad_contrast_dialog.h"
+#include "interact/annotation_dialogs.h"
+#include "interact/data_dialogs.h"
 #include "interact/expand_dialog.h"
 #include "model/command_registry.h"
 #include "model/messages.h"
@@ -43,6 +45,12 @@ using Check = std::function<void(AppTest&, MainWindow&)>;
 std::map<int, Check> Effects() {
   auto zoom = [](int factor) {
     return [factor](AppTest& t, MainWindow&) { EXPECT_EQ(t.model->Plot().ZoomFactor, factor); };
+  };
+  auto opens = [](auto* kind, std::vector<uint32_t PlotState::*> modes) {
+    return [modes](AppTest& t, MainWindow& w) {
+      EXPECT_NE(dynamic_cast<decltype(kind)>(w.ActiveTool()), nullptr);
+      for (uint32_t PlotState::*mode : modes) EXPECT_EQ(t.model->Plot().*mode, 1u);
+    };
   };
   auto asksFor = [](const char* title, bool save) {
     return [title, save](AppTest& t, MainWindow&) {
@@ -108,6 +116,11 @@ std::map<int, Check> Effects() {
       {kCmdOverlayOr, [](AppTest& t, MainWindow&) { EXPECT_EQ(t.model->Plot().OverlayOr, 1u); }},
       {kCmdOverlayAnd, [](AppTest& t, MainWindow&) { EXPECT_EQ(t.model->Plot().OverlayAnd, 1u); }},
       {kCmdSection, [](AppTest& t, MainWindow&) { EXPECT_EQ(t.model->Plot().NeedLayout, 1u); }},
+      {kCmdHRegion, opens((HRegionDialog*)nullptr, {&PlotState::HRegionMode, &PlotState::Tracking})},
+      {kCmdVRegion, opens((VRegionDialog*)nullptr, {&PlotState::VLineMode, &PlotState::VRegionMode})},
+      {kCmdHLine, opens((HLineDialog*)nullptr, {&PlotState::HLineMode, &PlotState::Tracking})},
+      {kCmdVLine, opens((VLineDialog*)nullptr, {&PlotState::VLineMode, &PlotState::Tracking})},
+      {kCmdDeletePoints, opens((DeletePointsDialog*)nullptr, {&PlotState::DeleteMode, &PlotState::Tracking})},
   };
 }
 

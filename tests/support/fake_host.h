@@ -27,7 +27,7 @@ class FakeHost : public PlotHost {
   sedra::Prompt& UserPrompt() override { return Prompt; }
   QWidget* OwnerWindow() override { return &Window; }
   void Repaint() override { ++Repaints; }
-  void RepaintRect(const QRect& r) override { RepaintedRects.push_back(r); }
+  void RepaintBand(const QRect& r) override { RepaintedRects.push_back(r); }
   int ClientHeight() const override { return 600; }
   int ScrollPos() const override { return 0; }
   void SetPlotCursor(Qt::CursorShape shape) override { Cursor = shape; }

@@ -1,0 +1,51 @@
+// The main window's plot view hands its mouse to the plot's handlers: a tool's edits
+// follow a drag, and the value read-out stays up until the button comes up inside.
+#include <QApplication>
+#include <QLineEdit>
+#include <QMouseEvent>
+
+#include "app/plot_view.h"
+#include "app_fixture.h"
+#include "interact/mouse_engine.h"
+#include "interact/plot_mouse.h"
+#include "interact/value_popup.h"
+#include "model/menu_state.h"
+#include "ui/tool_dialog.h"
+
+namespace sedra {
+namespace {
+
+using test::AppTest;
+
+void Send(QWidget* view, QEvent::Type type, QPoint at, bool held) {
+  QMouseEvent event(type, at, view->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                    held ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(view, &event);
+}
+
+TEST_F(AppTest, ThePlotViewHandsItsMouseToTheToolsAndThePopup) {
+  MainWindow& w = Start();
+  test::LoadSection(*model, 1500, 1000);
+  model->Plot().InSizeMove = 0;  // the window has settled
+  w.View()->grab();
+  const PlotLayout l = w.View()->Layout();
+  const int x = l.ColumnLeft + 20, y = l.TopMargin + 100;
+  w.OnCommand(kCmdHRegion);
+  for (int step : {0, 15, 30}) Send(w.View(), step ? QEvent::MouseMove : QEvent::MouseButtonPress, {x, y + step}, true);
+  Send(w.View(), QEvent::MouseButtonRelease, {x, y + 30}, false);
+  EXPECT_EQ(Control<QLineEdit>(w.ActiveTool(), 1478)->text(), QString::number(DepthAtRow(*model, l, y + 30, true)));
+  w.ActiveTool()->EndTool();
+
+  Send(w.View(), QEvent::MouseButtonPress, {x, y}, true);
+  QPointer<ValuePopup> popup = w.View()->Mouse().Popup();
+  ASSERT_TRUE(popup && popup->isVisible());
+  EXPECT_EQ(Control<QLineEdit>(popup, 1477)->text().toStdString(), ValueReadout(*model, l, x, y).File);
+  Send(w.View(), QEvent::MouseButtonRelease, {-5, y}, false);  // outside: not seen
+  EXPECT_TRUE(popup && popup->isVisible());
+  Send(w.View(), QEvent::MouseButtonRelease, {x, y}, false);
+  QApplication::processEvents();
+  EXPECT_TRUE(!popup || !popup->isVisible());
+}
+
+}  // namespace
+}  // namespace sedra
