@@ -47,5 +47,41 @@ TEST_F(AppTest, ThePlotViewHandsItsMouseToTheToolsAndThePopup) {
   EXPECT_TRUE(!popup || !popup->isVisible());
 }
 
+// With "Set Image Size and Offset" open, dragging the upper third of the optical image's
+// band moves the image: the tool's edits follow and the image is placed by them.
+TEST_F(AppTest, DraggingTheOpticalBandMovesTheImageThroughItsTool) {
+  MainWindow& w = Start();
+  test::LoadSection(*model, 1500, 1000);
+  OpticalImageDesc& opt = model->CurOptical();
+  opt.Width = 40;
+  opt.Height = 600;
+  opt.Valid = 1;
+  opt.CropRight = opt.Width - 1;
+  opt.CropBottom = opt.Height - 1;
+  opt.Bitmap.Width = opt.Width;
+  opt.Bitmap.Height = opt.Height;
+  opt.Bitmap.Stride = Dib::StrideFor(opt.Width);
+  opt.Bitmap.Bits.assign(size_t(opt.Bitmap.Stride) * size_t(opt.Height), 0x60);
+  opt.Pixels = opt.Bitmap.Bits;
+  UpdateMenusAfterLoad(*model, false);
+  model->Plot().InSizeMove = 0;
+  w.View()->grab();
+  w.OnCommand(kCmdOpticalSize);
+  ASSERT_NE(w.ActiveTool(), nullptr);
+  const int topBefore = opt.OpticalTop;
+  const IntRect band = model->Plot().TrackRect;
+  ASSERT_GT(band.Bottom - band.Top, 30);
+  const QPoint grip{(band.Left + band.Right) / 2, band.Top + 5 - w.ScrollPos()};
+  Send(w.View(), QEvent::MouseButtonPress, grip, true);
+  Send(w.View(), QEvent::MouseMove, grip + QPoint(0, 40), true);
+  Send(w.View(), QEvent::MouseButtonRelease, grip + QPoint(0, 40), false);
+  const PlotLayout l = w.View()->Layout();
+  EXPECT_EQ(model->Plot().TrackRect.Top, band.Top + 40);
+  EXPECT_EQ(Control<QLineEdit>(w.ActiveTool(), 1476)->text(),
+            QString::number(DepthAtRow(*model, l, band.Top + 40, true)));
+  EXPECT_GT(opt.OpticalTop, topBefore) << "the image moved down with the band";
+  EXPECT_EQ(opt.OpticalTop + model->CurSection().StartLabelDepth, DepthAtRow(*model, l, band.Top + 40, true));
+}
+
 }  // namespace
 }  // namespace sedra
