@@ -55,10 +55,11 @@ TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
       {"zoomed and scrolled: the optical image kept to an eighth",
        {17, 51, 38, 57, 3745, 1500, 63, 80, 155, 312, 497, 131, 186, 311}, 640, 480, 96, 60, 1200, 8, false, 1500},
       {"a printed page follows the screen's scroll: 350 of 700 rows is 1000 of 2000",
-       {52, 156, 108, 162, 3730, 1000, 193, 183, 413, 310, 816, 2147, 444, 568}, 3000, 2000, 300, 60, 1200, 2, true, 350},
+       {52, 156, 108, 162, 3730, 1000, 193, 183, 413, 310, 816, 2147, 444, 568}, 3000, 2000, 300, 60, 1200, 2, true,
+       350},
       {"an expanded range: 1500 mm shown over 99.6 widen the images",
-       {17, 51, 38, 57, 605, 0, 63, 125, 200, 602, 832, 156, 260, 501}, 1000, 700, 96, 60, 1500, 0, false, 0, false, true,
-       true},
+       {17, 51, 38, 57, 605, 0, 63, 125, 200, 602, 832, 156, 260, 501}, 1000, 700, 96, 60, 1500, 0, false, 0, false,
+       true, true},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

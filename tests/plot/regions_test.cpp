@@ -110,7 +110,8 @@ TEST_F(RegionsTest, RegionsAreCutAtThePlotsTopRunOnBelowItAndNeedAPositiveEnd) {
     QRect filled;  // image coordinates; empty: nothing drawn
   } rows[] = {
       {"negative top depth", kH, -10, 30, 0, QRect(QPoint(kLeft, kY0), QPoint(kRight - 1, kY0 + 59))},
-      {"expanded offset moves it above the top", kH, 5, 30, -10, QRect(QPoint(kLeft, kY0), QPoint(kRight - 1, kY0 + 39))},
+      {"expanded offset moves it above the top", kH, 5, 30, -10,
+       QRect(QPoint(kLeft, kY0), QPoint(kRight - 1, kY0 + 39))},
       {"ends below the plot (plot bottom is 240)", kH, 50, 150, 0,
        QRect(QPoint(kLeft, kY0 + 100), QPoint(kRight - 1, kHeight - 1))},
       {"inside", kH, 1, 2, 0, QRect(QPoint(kLeft, kY0 + 2), QPoint(kRight - 1, kY0 + 3))},
