@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <QPrinter>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -16,6 +15,7 @@
 #include "model/core.h"
 #include "model/model.h"
 #include "output/qt/print_prompt.h"
+#include "plot/plot_fixture.h"
 #include "support/scripted_prompt.h"
 
 namespace sedra::test {
@@ -58,25 +58,5 @@ class AppTest : public ::testing::Test {
   std::unique_ptr<MainWindow> window;
   std::vector<QUrl> helpRequests;
 };
-
-// A radiograph section straight in the model, as a read leaves it: `rows` points of
-// 0.2 mm starting at `start` mm, with display bits so that it paints.
-inline void LoadSection(Model& m, int rows, int start = 0) {
-  RadiographDesc& r = m.CurRadiograph();
-  r.Width = 8;
-  r.Height = rows;
-  r.Valid = 1;
-  r.HeightScale = 1.0f;
-  r.Samples.assign(size_t(8) * size_t(rows), 1000);
-  r.Bitmap.Width = 8;
-  r.Bitmap.Height = rows;
-  r.Bitmap.Stride = Dib::StrideFor(8);
-  r.Bitmap.Bits.assign(size_t(r.Bitmap.Stride) * size_t(rows), 0x80);
-  m.CurSection().RadiographCount = 1;
-  m.Work().SampleStep = 1;
-  m.Work().StartCoordinate = float(start);
-  std::strcpy(m.CurSection().StepSizeText, "200 um");
-  UpdateMenusAfterLoad(m, true);
-}
 
 }  // namespace sedra::test

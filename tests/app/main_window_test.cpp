@@ -1,19 +1,12 @@
 #include <QAction>
 #include <QApplication>
-#include <QCheckBox>
-#include <QDialog>
-#include <QKeyEvent>
-#include <QLineEdit>
 #include <QMenuBar>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QTest>
-#include <cstring>
+#include <cstdio>
+#include <tuple>
 
-#include "app/plot_view.h"
 #include "app_fixture.h"
-#include "model/core.h"
 #include "model/messages.h"
 #include "model/settings_files.h"
 #include "support/permissions.h"
@@ -22,7 +15,6 @@ namespace sedra {
 namespace {
 
 using test::AppTest;
-
 using test::LoadSection;
 
 TEST_F(AppTest, FirstStartCreatesTheSettingsAndOpensTheDefaultWindow) {
@@ -40,17 +32,14 @@ TEST_F(AppTest, FirstStartCreatesTheSettingsAndOpensTheDefaultWindow) {
     ASSERT_NE(child, nullptr) << name;
     EXPECT_FALSE(child->isVisible()) << name;
   }
-  EXPECT_EQ(model->Work().ShowRadiograph, 1u);
-  EXPECT_EQ(model->Work().ShowOptical, 1u);
-  EXPECT_EQ(model->Work().ShowCoreName, 0u) << "a first run leaves the name switches off";
+  const WorkingBlock& work = model->Work();
+  EXPECT_EQ(std::tie(work.ShowRadiograph, work.ShowOptical, work.ShowCoreName), std::tuple(1u, 1u, 0u))
+      << "images shown, the name switches off";
   EXPECT_EQ(std::string(model->App.HelpPath), (std::filesystem::current_path() / "Sedra-PLOT.chm").string());
 }
 
 TEST_F(AppTest, ACorruptDefaultsFileStopsTheStart) {
-  {
-    Model m;
-    CreateSettingsIfMissing(m, folder);
-  }
+  CreateSettingsIfMissing(*std::make_unique<Model>(), folder);
   std::FILE* f = std::fopen((folder / "defaults.def").c_str(), "r+b");
   std::fseek(f, 10, SEEK_SET);
   std::fputc(0x01, f);
@@ -97,7 +86,8 @@ TEST_F(AppTest, TheMenuHasEveryEntryInItsPosition) {
   EXPECT_EQ(w.Action(kCmdReadRawHighRes)->text(), "Read Ra&w Radiograph HighRes Image");
 }
 
-TEST_F(AppTest, MenuEnablingAtStartAndAfterNew) {
+TEST_F(AppTest, TheWindowShowsTheMenuStateAtStartAndAfterNew) {
+  // The rules are the menu rules' own tests; here the actions must follow them.
   MainWindow& w = Start();
   auto enabledTops = [&] {
     std::vector<int> on;
@@ -105,33 +95,27 @@ TEST_F(AppTest, MenuEnablingAtStartAndAfterNew) {
       if (w.TopEntry(i)->isEnabled()) on.push_back(i);
     return on;
   };
-  // As the menu resource has it.
   EXPECT_EQ(enabledTops(), (std::vector<int>{0, 1, 3, 4, 5, 6, 8, 9, 10}));
   EXPECT_FALSE(w.Action(kCmdImageSize)->isEnabled());
   EXPECT_TRUE(w.Action(kCmdZoom100)->isChecked());
-  EXPECT_TRUE(w.Action(kCmdPrint)->isEnabled());
-
   w.OnCommand(kCmdNew);
   EXPECT_EQ(enabledTops(), (std::vector<int>{0, 9, 10}));
   EXPECT_FALSE(w.Action(kCmdPrint)->isEnabled());
-  EXPECT_FALSE(w.Action(kCmdMainTitle)->isEnabled());
-  EXPECT_TRUE(w.Action(kCmdPrintPdf)->isEnabled());
 }
 
 TEST_F(AppTest, OverlayTogglesAreExclusiveButMayBothBeOff) {
   MainWindow& w = Start();
-  PlotState& p = model->Plot();
+  const PlotState& p = model->Plot();
+  auto state = [&] {
+    return std::tuple(p.OverlayOr, p.OverlayAnd, w.Action(kCmdOverlayOr)->isChecked(),
+                      w.Action(kCmdOverlayAnd)->isChecked());
+  };
   w.OnCommand(kCmdOverlayAnd);
-  EXPECT_EQ(p.OverlayAnd, 1u);
+  EXPECT_EQ(state(), std::tuple(0u, 1u, false, true));
   w.OnCommand(kCmdOverlayOr);
-  EXPECT_EQ(p.OverlayOr, 1u);
-  EXPECT_EQ(p.OverlayAnd, 0u);
-  EXPECT_TRUE(w.Action(kCmdOverlayOr)->isChecked());
-  EXPECT_FALSE(w.Action(kCmdOverlayAnd)->isChecked());
+  EXPECT_EQ(state(), std::tuple(1u, 0u, true, false));
   w.OnCommand(kCmdOverlayOr);
-  EXPECT_EQ(p.OverlayOr, 0u);
-  EXPECT_EQ(p.OverlayAnd, 0u);
-  EXPECT_FALSE(w.Action(kCmdOverlayOr)->isChecked());
+  EXPECT_EQ(state(), std::tuple(0u, 0u, false, false));
 }
 
 TEST_F(AppTest, ZoomShowsTheScrollBarAndKeysScroll) {
@@ -141,8 +125,7 @@ TEST_F(AppTest, ZoomShowsTheScrollBarAndKeysScroll) {
   const int h = w.ClientHeight();
   w.OnCommand(kCmdZoom200);
   EXPECT_EQ(model->Plot().ZoomFactor, 2);
-  EXPECT_TRUE(w.Action(kCmdZoom200)->isChecked());
-  EXPECT_FALSE(w.Action(kCmdZoom100)->isChecked());
+  EXPECT_TRUE(w.Action(kCmdZoom200)->isChecked() && !w.Action(kCmdZoom100)->isChecked());
   EXPECT_FALSE(w.VScrollBar()->isHidden());
   EXPECT_EQ(w.VScrollBar()->maximum(), h);
 
@@ -170,9 +153,6 @@ TEST_F(AppTest, ZoomShowsTheScrollBarAndKeysScroll) {
     EXPECT_EQ(w.ScrollPos(), r.want) << r.key << " " << r.barAction;
   }
 
-  w.OnCommand(kCmdZoom3200);
-  EXPECT_EQ(model->Plot().ZoomFactor, 32);
-  EXPECT_EQ(w.VScrollBar()->maximum(), 31 * h);
   w.OnCommand(kCmdZoom100);
   EXPECT_TRUE(w.VScrollBar()->isHidden());
   EXPECT_EQ(model->Plot().ZoomFactor, 1);
@@ -187,10 +167,8 @@ TEST_F(AppTest, ExpandWithAllSectionsShownReturnsToTheFullLength) {
   p.DepthSpan = 20;
   w.OnCommand(kCmdExpand);
   EXPECT_EQ(w.ActiveTool(), nullptr) << "no region dialog while all sections are shown";
-  EXPECT_EQ(p.Expanded, 0u);
+  EXPECT_EQ(std::tie(p.Expanded, p.NeedLayout, p.ZoomFactor), std::tuple(0u, 1u, 1));
   EXPECT_FLOAT_EQ(p.DepthSpan, 300.0f);
-  EXPECT_EQ(p.NeedLayout, 1u);
-  EXPECT_EQ(p.ZoomFactor, 1);
 }
 
 TEST_F(AppTest, HelpFollowsTheLastHighlightedMenuItem) {
@@ -250,8 +228,7 @@ TEST_F(AppTest, ResizeMarksTheLayoutAndSettlesAfterTheDragEnds) {
   model->Plot().NeedLayout = 0;
   w.resize(800, 600);
   QApplication::processEvents();
-  EXPECT_EQ(model->Plot().InSizeMove, 1u);
-  EXPECT_EQ(model->Plot().NeedLayout, 1u);
+  EXPECT_EQ(std::tie(model->Plot().InSizeMove, model->Plot().NeedLayout), std::tuple(1u, 1u));
   QTest::qWait(300);
   EXPECT_EQ(model->Plot().InSizeMove, 0u);
 }

@@ -9,7 +9,6 @@
 #include "interact/mouse_engine.h"
 #include "interact/plot_mouse.h"
 #include "interact/value_popup.h"
-#include "model/menu_state.h"
 #include "ui/tool_dialog.h"
 
 namespace sedra {
@@ -52,18 +51,8 @@ TEST_F(AppTest, ThePlotViewHandsItsMouseToTheToolsAndThePopup) {
 TEST_F(AppTest, DraggingTheOpticalBandMovesTheImageThroughItsTool) {
   MainWindow& w = Start();
   test::LoadSection(*model, 1500, 1000);
-  OpticalImageDesc& opt = model->CurOptical();
-  opt.Width = 40;
-  opt.Height = 600;
-  opt.Valid = 1;
-  opt.CropRight = opt.Width - 1;
-  opt.CropBottom = opt.Height - 1;
-  opt.Bitmap.Width = opt.Width;
-  opt.Bitmap.Height = opt.Height;
-  opt.Bitmap.Stride = Dib::StrideFor(opt.Width);
-  opt.Bitmap.Bits.assign(size_t(opt.Bitmap.Stride) * size_t(opt.Height), 0x60);
-  opt.Pixels = opt.Bitmap.Bits;
-  UpdateMenusAfterLoad(*model, false);
+  test::AddOptical(*model, 40, 600, 0x606060u);
+  const OpticalImageDesc& opt = model->CurOptical();
   model->Plot().InSizeMove = 0;
   w.View()->grab();
   w.OnCommand(kCmdOpticalSize);

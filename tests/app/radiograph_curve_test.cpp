@@ -1,11 +1,9 @@
-// After "Read &Radiograph Image" the first data column shows the strip-sum curve, the
-// coverage bar marks the loaded points and the information block is drawn; deleting
-// points (a negative mask) leaves a gap that restoring fills again.
+// After "Read &Radiograph Image" the first data column shows the strip-sum curve and the
+// coverage bar marks the loaded points; deleting points (a negative mask) leaves a gap
+// that restoring fills again.
 #include <cstdlib>
 
 #include "app_fixture.h"
-#include "model/messages.h"
-#include "plot/plot_fixture.h"
 
 namespace sedra {
 namespace {
@@ -32,22 +30,11 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   ASSERT_TRUE(prompt.Messages.empty()) << prompt.Messages[0].Text;
 
   CoreSection& s = model->CurSection();
-  const PlotState& p = model->Plot();
-  const RadiographDesc& rad = model->CurRadiograph();
   ASSERT_EQ(s.PointCount, 500);  // one point per radiograph row after a TIFF read
 
+  // The strip sums' values are checked in the plot tests; here they must reach the plot.
   PlotLayout l;
   const QImage before = test::Paint(*model, 900, 700, 0, &l);
-  // The strip sums: row r summed over the columns strictly inside the data region.
-  // Each row's sum fills the points from the previous row's point up to its own, so
-  // point k carries row k + 1 and the last point none (the scanner software's mapping).
-  for (int k : {0, 123, 498}) {
-    float sum = 0;
-    for (int c = p.DataRegionLeft + 1; c < p.DataRegionRight; ++c)
-      sum += rad.Samples[size_t(k + 1) * 40 + size_t(c)];
-    EXPECT_FLOAT_EQ(s.Data[kRadiographDataSet - 1][k], sum) << k;
-  }
-  EXPECT_EQ(s.Data[kRadiographDataSet - 1][499], 0.0f);
   ASSERT_GT(l.ColumnWidth, 0);
   const QRgb curve = QColor(0, 0, 0).rgb();  // the default curve colour
   const QRgb green = QColor(0, 255, 0).rgb();
@@ -60,11 +47,6 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   for (int k = 10; k < 490; ++k) drawn += drawnRows[rowOf(k)];
   EXPECT_GT(covered, 450) << "the coverage bar marks the loaded points";
   EXPECT_GT(drawn, 400) << "the data column shows the radiograph curve";
-  // The information block: a ruled line runs across the bottom of the page.
-  bool ruled = false;
-  for (int y = 600; y < 700; ++y)
-    ruled = ruled || (before.pixel(l.X0 + 5, y) == curve && before.pixel(900 - l.RightMargin - 5, y) == curve);
-  EXPECT_TRUE(ruled);
 
   // Delete points 200..299 as the delete tool does (the mask goes negative).
   for (int k = 200; k < 300; ++k) s.Data[0][k] = -2.0f;

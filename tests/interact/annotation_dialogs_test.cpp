@@ -11,16 +11,13 @@
 
 #include "interact/annotation_dialogs.h"
 #include "painted_section.h"
-#include "support/fake_host.h"
 
 namespace sedra {
 namespace {
 
 using Kind = AnnotationKind;
 
-struct Host : test::FakeHost {
-  PlotLayout L = test::LoadAndPaint(M);
-  Host() { M.CurSection().StartLabelDepth = 1000; }
+struct Host : test::PaintedHost {
   AnnotationDialog* Open(Kind kind) {
     if (kind == Kind::HRegion) return ShowTool<HRegionDialog>(*this);
     if (kind == Kind::VRegion) return ShowTool<VRegionDialog>(*this);

@@ -11,15 +11,11 @@
 #include "interact/value_popup.h"
 #include "model/messages.h"
 #include "painted_section.h"
-#include "support/fake_host.h"
 
 namespace sedra {
 namespace {
 
-struct Host : test::FakeHost {
-  PlotLayout L = test::LoadAndPaint(M);
-  Host() { M.CurSection().StartLabelDepth = 1000; }
-};
+using Host = test::PaintedHost;
 
 TEST(PointDeletion, MarksMapAndRestoreTheMask) {
   const float rows[][3] = {

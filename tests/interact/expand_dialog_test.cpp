@@ -5,27 +5,15 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <cstring>
+#include <tuple>
 
 #include "interact/expand_dialog.h"
-#include "model/core.h"
 #include "model/messages.h"
+#include "plot/plot_fixture.h"
 #include "support/fake_host.h"
 
 namespace sedra {
 namespace {
-
-// 1500 points of 0.2 mm: 300 mm, labelled from `start`.
-void LoadThreeHundredMm(Model& m, int start) {
-  RadiographDesc& r = m.CurRadiograph();
-  r.Width = 4;
-  r.Height = 1500;
-  m.CurSection().RadiographCount = 1;
-  m.Work().SampleStep = 1;
-  m.Work().StartCoordinate = float(start);
-  std::strcpy(m.CurSection().StepSizeText, "200 um");
-  UpdateMenusAfterLoad(m, true);
-}
 
 TEST(ExpandDialog, TypedDepthsExpandTheRangeOrAreRefused) {
   struct Row {
@@ -44,11 +32,10 @@ TEST(ExpandDialog, TypedDepthsExpandTheRangeOrAreRefused) {
   for (const Row& r : rows) {
     SCOPED_TRACE(r.top);
     test::FakeHost host;
-    LoadThreeHundredMm(host.M, 1100);
+    test::LoadSection(host.M, 1500, 1100);  // 300 mm
     PlotState& p = host.M.Plot();
     QPointer<ExpandDialog> dialog = ShowTool<ExpandDialog>(host);
-    EXPECT_EQ(p.HRegionMode, 1u);
-    EXPECT_EQ(p.Tracking, 1u);
+    EXPECT_EQ(std::tie(p.HRegionMode, p.Tracking), std::tuple(1u, 1u));
     EXPECT_EQ(Control<QLineEdit>(dialog, 1476)->text(), "1100") << "the current region, absolute";
     Control<QLineEdit>(dialog, 1476)->setText(QString::fromLatin1(r.top));
     Control<QLineEdit>(dialog, 1478)->setText(QString::fromLatin1(r.bottom));
@@ -58,29 +45,24 @@ TEST(ExpandDialog, TypedDepthsExpandTheRangeOrAreRefused) {
       EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>{msg::kExpandTooSmall});
       EXPECT_EQ(host.Prompt.Messages[0].IconKind, Icon::Exclamation);
       EXPECT_EQ(host.Tool, dialog.data()) << "the dialog stays open";
-      EXPECT_EQ(p.Expanded, 0u);
-      EXPECT_EQ(p.Tracking, 1u);
+      EXPECT_EQ(std::tie(p.Expanded, p.Tracking), std::tuple(0u, 1u));
       dialog->close();
     } else {
       EXPECT_TRUE(host.Prompt.Messages.empty());
-      EXPECT_EQ(p.Expanded, 1u);
-      EXPECT_EQ(p.NeedLayout, 1u);
+      EXPECT_EQ(std::tie(p.Expanded, p.NeedLayout, p.ViewFirstPoint, p.ViewLastPoint),
+                std::tuple(1u, 1u, r.first, r.last));
       EXPECT_FLOAT_EQ(p.DepthSpan, r.span);
-      EXPECT_EQ(p.ViewFirstPoint, r.first);
-      EXPECT_EQ(p.ViewLastPoint, r.last);
     }
     // However it ended: the modes are cleared, the host forgot it, 100% again.
     EXPECT_EQ(host.Tool, nullptr);
-    EXPECT_EQ(p.HRegionMode, 0u);
-    EXPECT_EQ(p.Tracking, 0u);
-    EXPECT_EQ(p.ZoomFactor, 1);
+    EXPECT_EQ(std::tie(p.HRegionMode, p.Tracking, p.ZoomFactor), std::tuple(0u, 0u, 1));
     EXPECT_GE(host.Repaints, 1);
   }
 }
 
 TEST(ExpandDialog, NormalReturnsToTheWholeSection) {
   test::FakeHost host;
-  LoadThreeHundredMm(host.M, 0);
+  test::LoadSection(host.M, 1500);
   PlotState& p = host.M.Plot();
   p.Expanded = 1;
   p.ExpandTop = 50;
@@ -89,9 +71,7 @@ TEST(ExpandDialog, NormalReturnsToTheWholeSection) {
   p.TrackRect = {10, 20, 300, 40};
   ExpandDialog* dialog = ShowTool<ExpandDialog>(host);
   Control<QPushButton>(dialog, 1471)->click();
-  EXPECT_EQ(p.Expanded, 0u);
-  EXPECT_EQ(p.ViewFirstPoint, 0);
-  EXPECT_EQ(p.ViewLastPoint, 1500);
+  EXPECT_EQ(std::tie(p.Expanded, p.ViewFirstPoint, p.ViewLastPoint), std::tuple(0u, 0, 1500));
   EXPECT_FLOAT_EQ(p.ExpandTop, 0);
   EXPECT_FLOAT_EQ(p.ExpandBottom, 300);
   EXPECT_EQ(p.TrackRect.Right, 0) << "the rubber band goes with the dialog";

@@ -33,12 +33,9 @@ MouseOutcome Play(Model& m, const PlotLayout& l, const char* script, int scroll 
   return last;
 }
 
-struct Painted {
-  Model M;
-  PlotLayout L = test::LoadAndPaint(M);
+struct Painted : test::PaintedHost {
   PlotState Start;
   Painted() {
-    M.CurSection().StartLabelDepth = 1000;
     M.Plot().MainTitleRect = {176, 3, 274, 11};  // layout units: x 118..155, y 44..60
     Start = M.Plot();
   }

@@ -7,6 +7,7 @@
 // per 300.
 
 #include "plot/plot_fixture.h"
+#include "support/fake_host.h"
 
 namespace sedra::test {
 
@@ -24,5 +25,11 @@ inline PlotLayout LoadAndPaint(Model& m, int zoom = 1, int scroll = 0) {
   target.ScrollPos = scroll;
   return PaintPlot(m, painter, target);
 }
+
+// A bare host over the painted section, its depths labelled from 1000 mm.
+struct PaintedHost : FakeHost {
+  PlotLayout L = LoadAndPaint(M);
+  PaintedHost() { M.CurSection().StartLabelDepth = 1000; }
+};
 
 }  // namespace sedra::test

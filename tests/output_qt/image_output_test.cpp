@@ -44,11 +44,10 @@ TEST_F(SaveImageTest, BitmapHoldsTheRepaintedWindowIn24BitRows) {
   ASSERT_EQ(prompt.SaveRequests.size(), 1u);
   EXPECT_EQ(prompt.SaveRequests[0].InitialName, "KR-03 section 1");
 
+  // The header's fields are the BMP writer's tests; here the window's size and pixels.
   const auto b = ReadBytes(folder / "plot.bmp");
-  const uint32_t rowBytes = 304 * 60;  // 101 x 3 = 303, padded to 304
-  ASSERT_EQ(b.size(), 54u + rowBytes);
-  ExpectFields(b, {{0, 2, 0x4D42}, {2, 4, rowBytes + 40 + 54}, {10, 4, 54}, {14, 4, 40}, {18, 4, 101}, {22, 4, 60},
-                   {28, 2, 24}, {34, 4, rowBytes}});
+  ASSERT_EQ(b.size(), 54u + 304 * 60);  // 101 x 3 = 303, padded to 304
+  ExpectFields(b, {{18, 4, 101}, {22, 4, 60}});
   for (const auto& [x, y] : {std::pair{0, 0}, {100, 0}, {0, 59}, {100, 59}, {49, 29}, {50, 30}}) {
     EXPECT_EQ(FromBottomUpRows(b, 54, 101, 60, x, y), QuadrantView::Expected(x, y, 101, 60)) << x << "," << y;
   }
@@ -61,9 +60,9 @@ TEST_F(SaveImageTest, TiffOfAThousandBySevenHundredWindowUnderANameWithADot) {
   EXPECT_FALSE(std::filesystem::exists(folder / "plot.x.tif"));
   const auto b = ReadBytes(folder / "plot.x");
   ASSERT_EQ(b.size(), 2100346u);
-  // "II" 42, then ImageWidth holds the height, ImageLength the width.
-  ExpectFields(b, {{0, 2, 0x4949}, {2, 2, 42}, {4, 4, 2100008}, {2100008 + 2 + 12 + 8, 4, 700},
-                   {2100008 + 2 + 24 + 8, 4, 1000}});
+  // The layout of a 1000 x 700 file is the TIFF writer's test; here the window's size
+  // (ImageWidth holds the height, ImageLength the width), its name and pixels.
+  ExpectFields(b, {{2100008 + 2 + 12 + 8, 4, 700}, {2100008 + 2 + 24 + 8, 4, 1000}});
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(&b[2100008 + 194])), "KR-03 section 1");
   // The first bytes are the window's bottom row, blue first.
   EXPECT_EQ(FromBottomUpRows(b, 8, 1000, 700, 0, 699), QuadrantView::Expected(0, 699, 1000, 700));

@@ -52,17 +52,6 @@ class CurvesTest : public ::testing::Test {
     plot.SectionLength[s] = float(values.size());
     plot.DepthSpan = float(values.size());
   }
-  // Fills section 0, computes, and checks the pixel offset of every point (kAny: not checked).
-  void ExpectOffsets(const std::vector<double>& values, const std::vector<int>& offsets, int deleted = -1) {
-    Fill(0, values);
-    if (deleted >= 0) model_->Section(0).Data[0][deleted] = -1;
-    ComputeCurves(*model_);
-    for (size_t k = 0; k < offsets.size(); ++k) {
-      if (offsets[k] != kAny) {
-        EXPECT_EQ(Offset(int(k)), offsets[k]) << "point " << k;
-      }
-    }
-  }
   int Offset(int slot) { return model_->Curves().Offsets[size_t(slot) * kMaxCurves]; }
   double Value(int k) { return model_->Curves().Value(0, k); }
   QImage Paint(const std::function<void(PaintContext&)>& draw, int width = 400, int height = 300) {
@@ -80,7 +69,7 @@ TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
     std::vector<double> values;
     int smoothPoints, filterType;
     double offset, yMax;
-    std::vector<int> offsets;
+    std::vector<int> offsets;  // kAny: not checked
     int deleted = -1;
     bool fixedScale = false;  // offset and yMax are then the column's own, kept
     int set = kSet;
@@ -117,7 +106,14 @@ TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
       model_->Plot().ColumnOffset[0] = row.offset;
       model_->Plot().ColumnYMax[0] = row.yMax;
     }
-    ExpectOffsets(row.values, row.offsets, row.deleted);
+    Fill(0, row.values);
+    if (row.deleted >= 0) model_->Section(0).Data[0][row.deleted] = -1;
+    ComputeCurves(*model_);
+    for (size_t k = 0; k < row.offsets.size(); ++k) {
+      if (row.offsets[k] != kAny) {
+        EXPECT_EQ(Offset(int(k)), row.offsets[k]) << "point " << k;
+      }
+    }
     EXPECT_EQ(model_->Plot().NeedLayout, 0u);
     EXPECT_NEAR(model_->Plot().ColumnOffset[0], row.offset, 1e-9);
     EXPECT_NEAR(model_->Plot().ColumnYMax[0], row.yMax, 1e-9);
@@ -183,10 +179,8 @@ TEST_F(CurvesTest, DisplayAllIsThinnedToAboutAThousandPoints) {
   model_->Section(1).Data[0][1] = -1;
   ComputeCurves(*model_);
   EXPECT_EQ(plot.PointStep, 2);
-  EXPECT_EQ(Offset(299), 0);   // section 0, point 598: the minimum
-  EXPECT_EQ(Offset(300), 0);   // section 1, point 0
-  EXPECT_EQ(Offset(301), 96);  // section 1, point 2
-  EXPECT_EQ(Offset(599), 96);  // section 1, point 598
+  // Section 0's point 598 is the minimum; section 1's points 0, 2 and 598 follow.
+  EXPECT_EQ(std::tuple(Offset(299), Offset(300), Offset(301), Offset(599)), std::tuple(0, 0, 96, 96));
 }
 
 TEST_F(CurvesTest, BadSetUpNeverReadsOutOfBounds) {
@@ -294,16 +288,20 @@ TEST_F(CurvesTest, TitlesCarryRatioLogAndUnitMarks) {
 constexpr int kTop = 40;
 constexpr int kColumn = 100;
 
-TEST_F(CurvesTest, CurvePointsAndLinesAtTheirOffsets) {
+TEST_F(CurvesTest, CurvePointsLinesAndCoverageBarAtTheirRows) {
   Fill(0, {0, 10, 10, 10, 5, 5, 10, 0, 10, 10});
+  model_->Section(0).Data[0][3] = 0;   // not loaded: no mark, still computed
   model_->Section(0).Data[0][5] = -1;  // deleted
   ComputeCurves(*model_);
   // Range 0..10 over 100 px: value 10 at 96, value 5 at 48.
-  const int x10 = kColumn + 96, x5 = kColumn + 48;
+  const int x10 = kColumn + 96, x5 = kColumn + 48, bar = 50, length = 96 / 16;
   for (uint32_t lines : {0u, 1u}) {
     SCOPED_TRACE(lines ? "lines" : "points");
     model_->App.DrawLines = lines;
-    const QImage image = Paint([&](PaintContext& ctx) { DrawCurve(ctx, 0, kColumn, kTop, 200); });
+    const QImage image = Paint([&](PaintContext& ctx) {
+      DrawCurve(ctx, 0, kColumn, kTop, 200);
+      DrawCoverageBar(ctx, bar, kTop, 200);
+    });
     EXPECT_EQ(image.pixelColor(x10, kTop + 20), kRed);
     EXPECT_EQ(image.pixelColor(x5, kTop + 80), kRed);
     EXPECT_EQ(image.pixelColor(kColumn, kTop), kRed);
@@ -317,26 +315,18 @@ TEST_F(CurvesTest, CurvePointsAndLinesAtTheirOffsets) {
     EXPECT_EQ(image.pixelColor(x10, kTop + 120), kRed);
     const IntRect& r = model_->App.CurveRect[0][0];
     EXPECT_EQ(std::tie(r.Top, r.Bottom, r.Right), std::tuple(kTop, kTop + 180, kColumn + 99));
-  }
-}
-
-TEST_F(CurvesTest, CoverageBarMarksLoadedPoints) {
-  Fill(0, std::vector<double>(10, 1.0));
-  model_->Section(0).Data[0][3] = 0;   // not loaded: no mark, still computed
-  model_->Section(0).Data[0][6] = -1;  // deleted
-  const QImage image = Paint([&](PaintContext& ctx) { DrawCoverageBar(ctx, 50, kTop, 200); });
-  const int length = 96 / 16;
-  // Point k marks the rows from below point k - 1 down to its own row.
-  for (int k = 1; k < 10; ++k) {
-    const QColor mark = k != 3 && k != 6 ? kGreen : kWhite;
-    for (int y = kTop + 20 * (k - 1) + 1; y <= kTop + 20 * k; ++y) {
-      EXPECT_EQ(image.pixelColor(50, y), mark) << y;
-      EXPECT_EQ(image.pixelColor(50 + length - 1, y), mark) << y;
-      EXPECT_EQ(image.pixelColor(50 + length, y), kWhite) << y;
+    // The bar: point k marks the rows from below point k - 1 down to its own row.
+    for (int k = 1; k < 10; ++k) {
+      const QColor mark = k != 3 && k != 5 ? kGreen : kWhite;
+      for (int y = kTop + 20 * (k - 1) + 1; y <= kTop + 20 * k; ++y) {
+        EXPECT_EQ(image.pixelColor(bar, y), mark) << y;
+        EXPECT_EQ(image.pixelColor(bar + length - 1, y), mark) << y;
+        EXPECT_EQ(image.pixelColor(bar + length, y), kWhite) << y;
+      }
     }
+    EXPECT_EQ(image.pixelColor(bar, kTop), kWhite);
+    EXPECT_EQ(image.pixelColor(bar, kTop + 181), kWhite);
   }
-  EXPECT_EQ(image.pixelColor(50, kTop), kWhite);
-  EXPECT_EQ(image.pixelColor(50, kTop + 181), kWhite);
 }
 
 TEST_F(CurvesTest, ValueScaleTicksFollowTheWholeDevicesWidth) {

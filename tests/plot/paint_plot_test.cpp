@@ -16,21 +16,14 @@ namespace {
 constexpr uint32_t kWhite = 0xFFFFFF;
 constexpr uint32_t kBlue = 0x0000FF;  // the default axis colour 0xFF0000 (BGR)
 
-bool AllWhite(const QImage& image) {
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.width(); ++x)
-      if (Rgb(image, x, y) != kWhite) return false;
-  return true;
-}
-
 TEST(PaintPlot, NothingToShowPaintsOnlyTheBackground) {
   Model model;
   StartCore(model);
-  EXPECT_TRUE(AllWhite(Paint(model, 320, 200))) << "nothing loaded";
+  EXPECT_TRUE(Blank(Paint(model, 320, 200))) << "nothing loaded";
   EXPECT_EQ(model.Plot().DepthSpan, 0.0f);
   AddRadiograph(model, 0, 40, 300, 0x123456u);
   model.Plot().SectionLength[0] = std::nanf("");
-  EXPECT_TRUE(AllWhite(Paint(model, 200, 150))) << "undefined span";
+  EXPECT_TRUE(Blank(Paint(model, 200, 150))) << "undefined span";
   // Degenerate targets paint without failing.
   model.Plot().SectionLength[0] = 300;
   for (QSize size : {QSize(1, 1), QSize(3, 500), QSize(500, 3)}) EXPECT_FALSE(Paint(model, size.width(), size.height()).isNull());
@@ -133,29 +126,6 @@ TEST(PaintPlot, OpticalColumnOverlayAndRadiographFollowEachOther) {
     EXPECT_EQ(Rgb(image, l.RadiographLeft + 1, mid), radiograph);
     EXPECT_EQ(Rgb(image, l.RadiographLeft - 1, mid), kWhite);
   }
-}
-
-TEST(PaintPlot, DisplayAllStacksSectionsByTheirFlooredLengths) {
-  Model model;
-  StartCore(model);
-  AddRadiograph(model, 0, 100, 600, 0xAA0000u);
-  model.Plot().SectionCount = 2;
-  model.SelectSection(1);
-  AddRadiograph(model, 0, 100, 400, 0x00AA00u);
-  PlotState& p = model.Plot();
-  p.ShowAllSections = 1;
-  p.ShowDividers = 1;
-  PlotLayout l;
-  const QImage image = Paint(model, 1000, 700, 0, &l);
-  const int x = l.RadiographLeft + l.RadiographWidth / 2;
-  const int split = int(l.Bands[1].Top), end = split + l.Bands[1].Height;
-  EXPECT_EQ(Rgb(image, x, l.Y0 + 1), 0xAA0000u);
-  EXPECT_EQ(Rgb(image, x, split - 1), 0xAA0000u);
-  EXPECT_EQ(Rgb(image, x, split), 0x00AA00u);
-  EXPECT_EQ(Rgb(image, x, end - 1), 0x00AA00u);
-  // The divider between the sections crosses the plot outside the image column.
-  EXPECT_EQ(Rgb(image, l.XRight - 3, split), kBlue);
-  EXPECT_EQ(Rgb(image, l.XRight - 3, split + 1), kWhite);
 }
 
 TEST(PaintPlot, DeepZoomScrolledToTheEndDrawsTheRowsThatBelongThere) {

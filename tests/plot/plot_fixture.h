@@ -82,6 +82,14 @@ void AddRadiograph(Model& model, int slot, int width, int height, Colour colour)
   }
 }
 
+// A radiograph section as a read leaves it: `rows` points of 0.2 mm starting at
+// `start` mm, 8 grey columns wide.
+inline void LoadSection(Model& m, int rows, int start = 0) {
+  m.Work().StartCoordinate = float(start);
+  CopyField(m.CurSection().StepSizeText, "200 um");
+  AddRadiograph(m, 0, 8, rows, 0x808080u);
+}
+
 inline void AddOptical(Model& model, int width, int height, uint32_t rgb) {
   OpticalImageDesc& o = model.CurSection().Optical;
   o.Clear();
@@ -119,6 +127,13 @@ inline QImage Paint(Model& model, int width, int height, int scroll = 0, PlotLay
 }
 
 inline uint32_t Rgb(const QImage& image, int x, int y) { return image.pixel(x, y) & 0xFFFFFF; }
+
+// True when nothing but white was painted.
+inline bool Blank(const QImage& image) {
+  QImage white(image.size(), image.format());
+  white.fill(Qt::white);
+  return image == white;
+}
 
 // Character height at 96 dpi of the 11-point bold plot font (MulDiv(11, 96, 72) = 15
 // pixels) or the 8-point label font (11 pixels), measured on the substitute face.

@@ -4,21 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <array>
+#include <cmath>
+#include <tuple>
 
 #include "plot/plot_layout.h"
 #include "plot_fixture.h"
 
 namespace sedra::test {
 namespace {
-
-struct Case {
-  const char* what;
-  int width, height, dpi;
-  int opticalWidth = 0, rows = 1200, zoom = 0;
-  bool printing = false;
-  int scroll = 0;
-  bool countTimes = false, info = true, expanded = false;
-};
 
 // The page of the given size at `dpi`; fonts are measured on `device`.
 LayoutTarget TargetFor(int width, int height, const QImage* device = nullptr, int dpi = 96) {
@@ -30,17 +24,44 @@ LayoutTarget TargetFor(int width, int height, const QImage* device = nullptr, in
   return t;
 }
 
+// The rules, with ch the bold plot font's character height at the target's dpi:
+// margins 3 ch left, dpi/8 right, 2 ch + 4 on top, and below half the top margin without
+// the information block, 3/2 of it with, twice it with count times.  The plot is zoom
+// pages high less the margins; a print scrolls by the screen's position scaled to the
+// page.  Columns from the left, dpi/8 apart: the optical image (cropped width at the
+// plot's scale, kept between a fortieth and an eighth of the page), the radiograph (at
+// least a fortieth of the page), then 3/16 inch on the coverage bar and the data area up
+// to the right margin, in three columns.  An expanded range scales the images' widths
+// by section length over the range, floored, and starts the depths at its whole-mm top.
 TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
-  // A radiograph 100 pixels wide and, when asked, an optical image of the same length.
-  const Case cases[] = {
-      {"a window", 1000, 700, 96},
-      {"count times make room for the XRF row", 1000, 700, 96, 0, 1200, 0, false, 0, true},
-      {"no information block", 800, 600, 96, 0, 1200, 0, false, 0, false, false},
-      {"zoomed and scrolled", 640, 480, 96, 60, 1200, 8, false, 1500},
-      {"a printed page follows the screen's scroll", 3000, 2000, 300, 60, 1200, 2, true, 350},
-      {"an expanded range", 1000, 700, 96, 60, 1500, 0, false, 0, false, true, true},
+  // A radiograph 100 pixels wide and, when asked, an optical image of the same length;
+  // the data region is the radiograph's columns 10 to 50.
+  const struct {
+    const char* what;
+    // ch, margins left top bottom, plot height, scroll, optical left and width,
+    // radiograph left and width, first column's left, data area's width, data region's columns
+    std::array<int64_t, 14> expected;
+    int width, height, dpi;
+    int opticalWidth = 0, rows = 1200, zoom = 0;
+    bool printing = false;
+    int scroll = 0;
+    bool countTimes = false, info = true, expanded = false;
+  } cases[] = {
+      {"a window", {17, 51, 38, 57, 605, 0, 0, 0, 63, 50, 143, 845, 68, 88}, 1000, 700, 96},
+      {"count times make room for the XRF row", {17, 51, 38, 76, 586, 0, 0, 0, 63, 48, 141, 847, 67, 87}, 1000, 700, 96,
+       0, 1200, 0, false, 0, true},
+      {"no information block", {17, 51, 38, 19, 543, 0, 0, 0, 63, 45, 138, 650, 67, 85}, 800, 600, 96, 0, 1200, 0,
+       false, 0, false, false},
+      {"zoomed and scrolled: the optical image kept to an eighth",
+       {17, 51, 38, 57, 3745, 1500, 63, 80, 155, 312, 497, 131, 186, 311}, 640, 480, 96, 60, 1200, 8, false, 1500},
+      {"a printed page follows the screen's scroll: 350 of 700 rows is 1000 of 2000",
+       {52, 156, 108, 162, 3730, 1000, 193, 183, 413, 310, 816, 2147, 444, 568}, 3000, 2000, 300, 60, 1200, 2, true,
+       350},
+      {"an expanded range: 1500 mm shown over 99.6 widen the images",
+       {17, 51, 38, 57, 605, 0, 63, 125, 200, 602, 832, 156, 260, 501}, 1000, 700, 96, 60, 1500, 0, false, 0, false,
+       true, true},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     Model model;
     StartCore(model);
@@ -64,52 +85,15 @@ TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
     target.Printing = c.printing;
     target.ScrollPos = c.scroll;
     const PlotLayout l = ComputePlotLayout(model, target);
-    const CoreSection& s = model.CurSection();
-
-    const int ch = CharHeight(MakePlotFont("MS Sans Serif", 11, 700, c.dpi).pixelSize());
-    const int top = 2 * ch + 4;
-    const int bottom = !p.ShowInfo ? top / 2 : s.CountTimeText[0] ? 2 * top : top * 3 / 2;
-    const int zoom = std::max(1, p.ZoomFactor);
-    EXPECT_EQ(l.CharHeight, ch);
-    EXPECT_EQ(l.LeftMargin, 3 * ch);
-    EXPECT_EQ(l.RightMargin, c.dpi / 8);
-    EXPECT_EQ(l.TopMargin, top);
-    EXPECT_EQ(l.BottomMargin, bottom);
-    EXPECT_EQ(l.PlotHeight, c.height * zoom - bottom - top);
-    EXPECT_EQ(l.Scroll, zoom == 1 ? 0 : c.printing ? int64_t(c.scroll) * c.height / 700 : c.scroll);
     ASSERT_TRUE(l.Drawable);
-    const float span = p.Expanded ? p.ExpandBottom - p.ExpandTop : p.SectionLength[0];
-    EXPECT_FLOAT_EQ(l.DepthSpan, span);
-    EXPECT_EQ(l.DepthOffset, p.Expanded ? -50 : 0);
-
-    // Columns from the left: a gap, the optical image, the radiograph, a gap, the bar.
-    const int gap = c.dpi / 8;
-    const RadiographDesc& rad = model.CurRadiograph();
-    int x = 3 * ch + gap;
-    if (s.Optical.Loaded()) {
-      int64_t width = int64_t(s.Optical.CropRight - s.Optical.CropLeft) * l.PlotHeight /
-                      (s.Optical.CropBottom - s.Optical.CropTop);
-      if (p.Expanded) width = int64_t(std::floor(p.SectionLength[0] * double(width) / span));
-      width = std::clamp<int64_t>(width, c.width / 40, c.width / 8);
-      EXPECT_EQ(l.OpticalLeft, x);
-      EXPECT_EQ(l.OpticalWidth, width);
-      x += int(width) + gap;
-    }
-    int64_t radWidth = int64_t(rad.Width) * l.PlotHeight / rad.Height;
-    if (p.Expanded) radWidth = int64_t(std::floor(p.SectionLength[0] * double(radWidth) / span));
-    radWidth = std::max<int64_t>(radWidth, c.width / 40);
-    EXPECT_EQ(l.RadiographLeft, x);
-    EXPECT_EQ(l.RadiographWidth, radWidth);
-    EXPECT_EQ(l.RadiographsPlaced, 1);
-    const int columnLeft = x + int(radWidth) + gap + c.dpi * 3 / 16;
-    EXPECT_EQ(l.ColumnLeft, columnLeft);
-    EXPECT_EQ(l.DataAreaRight, c.width - c.dpi / 8 - columnLeft);
-    EXPECT_EQ(l.ColumnWidth, l.DataAreaRight / 3);
-    // The data region's columns, at the radiograph's scale on the plot.
-    EXPECT_TRUE(l.DataRegionShown);
-    EXPECT_EQ(l.DataRegion.Left, x + 10 * radWidth / rad.Width);
-    EXPECT_EQ(l.DataRegion.Right, x + 50 * radWidth / rad.Width);
-    EXPECT_EQ(l.DataRegion.Top, top);
+    EXPECT_EQ((std::array<int64_t, 14>{l.CharHeight, l.LeftMargin, l.TopMargin, l.BottomMargin, l.PlotHeight, l.Scroll,
+                                       l.OpticalLeft, l.OpticalWidth, l.RadiographLeft, l.RadiographWidth, l.ColumnLeft,
+                                       l.DataAreaRight, l.DataRegion.Left, l.DataRegion.Right}),
+              c.expected);
+    EXPECT_EQ(std::tuple(l.RightMargin, l.ColumnWidth, l.RadiographsPlaced, l.DataRegionShown, l.DataRegion.Top),
+              std::tuple(c.dpi / 8, l.DataAreaRight / 3, 1, true, l.TopMargin));
+    EXPECT_FLOAT_EQ(l.DepthSpan, c.expanded ? p.ExpandBottom - p.ExpandTop : p.SectionLength[0]);
+    EXPECT_EQ(l.DepthOffset, c.expanded ? -50 : 0);
   }
 }
 
@@ -121,19 +105,27 @@ TEST(PlotLayout, DisplayAllStacksFlooredBandsAndSumsTheRadiographWidths) {
   model.SelectSection(1);
   AddRadiograph(model, 0, 50, 399, 0x00AA00u);
   model.Plot().ShowAllSections = 1;
-  const PlotLayout l = ComputePlotLayout(model, TargetFor(1000, 700));
+  model.Plot().ShowDividers = 1;
+  PlotLayout l;
+  const QImage image = Paint(model, 1000, 700, 0, &l);
   EXPECT_FLOAT_EQ(l.LayoutSpan, 1000.0f);
   EXPECT_FLOAT_EQ(l.DepthSpan, 1000.0f);
-  EXPECT_EQ(l.FirstSection, 0);
-  EXPECT_EQ(l.LastSection, 1);
+  EXPECT_EQ(std::tie(l.FirstSection, l.LastSection), std::tuple(0, 1));
   const int h0 = int(std::floor(601.0 * l.PlotHeight / 1000)), h1 = int(std::floor(399.0 * l.PlotHeight / 1000));
-  EXPECT_EQ(l.Bands[0].Top, l.Y0);
-  EXPECT_EQ(l.Bands[0].Height, h0);
-  EXPECT_EQ(l.Bands[1].Top, l.Y0 + h0);
-  EXPECT_EQ(l.Bands[1].Height, h1);
+  const int split = l.Y0 + h0;
+  EXPECT_EQ(std::tuple(l.Bands[0].Top, l.Bands[0].Height, l.Bands[1].Top, l.Bands[1].Height),
+            std::tuple(l.Y0, h0, split, h1));
   // Widths summed over the sections (not averaged), heights too.
   EXPECT_EQ(l.RadiographWidth, std::max(150 * (h0 + h1) / 1000, 25));
   EXPECT_FALSE(l.DataRegionShown) << "no data region over a whole core";
+  // Each section's radiograph in its own band, and the divider across the plot outside it.
+  const int x = l.RadiographLeft + l.RadiographWidth / 2;
+  for (auto [y, colour] : {std::pair{l.Y0 + 1, 0xAA0000u}, {split - 1, 0xAA0000u}, {split, 0x00AA00u},
+                           {split + h1 - 1, 0x00AA00u}, {split + 1, 0x00AA00u}}) {
+    EXPECT_EQ(Rgb(image, x, y), colour) << y;
+  }
+  EXPECT_EQ(Rgb(image, l.XRight - 3, split), 0x0000FFu);
+  EXPECT_EQ(Rgb(image, l.XRight - 3, split + 1), 0xFFFFFFu);
 }
 
 TEST(PlotLayout, WithoutASpanOnlyThePageIsLaidOutAndTheColumnsKeepTheirPlaces) {

@@ -52,11 +52,6 @@ class RegionsTest : public ::testing::Test {
     s.HRegionPattern[2] = pattern;
     return Paint([&](PaintContext& ctx) { DrawRegion(ctx, 2, 0, 0, RegionKind::Horizontal); }, originY);
   }
-  bool Blank(const QImage& image) {
-    QImage blank(image.size(), image.format());
-    blank.fill(kWhite);
-    return image == blank;
-  }
 
   std::unique_ptr<Model> model_ = std::make_unique<Model>();
 };
@@ -105,23 +100,27 @@ TEST_F(RegionsTest, HorizontalRegionPatternsMatchTheirGeometry) {
   }
 }
 
-TEST_F(RegionsTest, RegionIsCutAtThePlotsTopRunsOnBelowItAndNeedsAPositiveEnd) {
-  constexpr RegionKind kH = RegionKind::Horizontal;
+TEST_F(RegionsTest, RegionsAreCutAtThePlotsTopRunOnBelowItAndNeedAPositiveEnd) {
+  constexpr RegionKind kH = RegionKind::Horizontal, kV = RegionKind::Vertical;
   const struct {
     const char* name;
     RegionKind kind;
     float start, end;
     int offsetMm;
-    int firstRow, lastRow;  // first and last filled row, image coordinates; -1: nothing drawn
+    QRect filled;  // image coordinates; empty: nothing drawn
   } rows[] = {
-      {"negative top depth", kH, -10, 30, 0, kY0, kY0 + 59},
-      {"expanded offset moves it above the top", kH, 5, 30, -10, kY0, kY0 + 39},
-      {"ends below the plot (plot bottom is 240)", kH, 50, 150, 0, kY0 + 100, kHeight - 1},
-      {"inside", kH, 1, 2, 0, kY0 + 2, kY0 + 3},
-      {"horizontal, bottom 0", kH, 10, 0, 0, -1, -1},
-      {"horizontal, bottom negative", kH, 10, -5, 0, -1, -1},
-      {"vertical, right 0", RegionKind::Vertical, 10, 0, 0, -1, -1},
-      {"horizontal, bottom above top", kH, 30, 20, 0, -1, -1},
+      {"negative top depth", kH, -10, 30, 0, QRect(QPoint(kLeft, kY0), QPoint(kRight - 1, kY0 + 59))},
+      {"expanded offset moves it above the top", kH, 5, 30, -10,
+       QRect(QPoint(kLeft, kY0), QPoint(kRight - 1, kY0 + 39))},
+      {"ends below the plot (plot bottom is 240)", kH, 50, 150, 0,
+       QRect(QPoint(kLeft, kY0 + 100), QPoint(kRight - 1, kHeight - 1))},
+      {"inside", kH, 1, 2, 0, QRect(QPoint(kLeft, kY0 + 2), QPoint(kRight - 1, kY0 + 3))},
+      // Section 50 mm long over a 200 px data area from x = 100: 4 px per unit.
+      {"vertical over the plot's height", kV, 10, 30, 0, QRect(QPoint(140, kY0), QPoint(219, kY0 + 199))},
+      {"horizontal, bottom 0", kH, 10, 0, 0, {}},
+      {"horizontal, bottom negative", kH, 10, -5, 0, {}},
+      {"vertical, right 0", kV, 10, 0, 0, {}},
+      {"horizontal, bottom above top", kH, 30, 20, 0, {}},
   };
   CoreSection& s = model_->Section(0);
   for (const auto& row : rows) {
@@ -130,15 +129,20 @@ TEST_F(RegionsTest, RegionIsCutAtThePlotsTopRunsOnBelowItAndNeedsAPositiveEnd) {
     s.HRegionBottom[0] = s.VRegionRight[0] = row.end;
     s.HRegionPattern[0] = s.VRegionPattern[0] = 0;
     const QImage image = Paint([&](PaintContext& ctx) { DrawRegion(ctx, 0, row.offsetMm, 0, row.kind); });
-    if (row.firstRow < 0) {
+    const QRect& f = row.filled;
+    if (f.isEmpty()) {
       EXPECT_TRUE(Blank(image));
       continue;
     }
-    EXPECT_EQ(image.pixelColor(200, row.firstRow), kFill);
-    EXPECT_EQ(image.pixelColor(200, row.lastRow), kFill);
-    EXPECT_EQ(image.pixelColor(200, row.firstRow - 1), kWhite);
-    if (row.lastRow + 1 < kHeight) {
-      EXPECT_EQ(image.pixelColor(200, row.lastRow + 1), kWhite);
+    // Filled at the corners, white just outside each side (where the image has one).
+    for (QPoint corner : {f.topLeft(), f.topRight(), f.bottomLeft(), f.bottomRight()})
+      EXPECT_EQ(image.pixelColor(corner), kFill) << corner.x() << "," << corner.y();
+    const QPoint mid = f.center();
+    for (QPoint out : {QPoint(mid.x(), f.top() - 1), QPoint(mid.x(), f.bottom() + 1), QPoint(f.left() - 1, mid.y()),
+                       QPoint(f.right() + 1, mid.y())}) {
+      if (image.rect().contains(out)) {
+        EXPECT_EQ(image.pixelColor(out), kWhite) << out.x() << "," << out.y();
+      }
     }
   }
   s.HRegionTop[0] = s.VRegionLeft[0] = 0;
@@ -149,21 +153,6 @@ TEST_F(RegionsTest, RegionIsCutAtThePlotsTopRunsOnBelowItAndNeedsAPositiveEnd) {
     DrawRegion(ctx, 0, 0, kMaxSections, RegionKind::Horizontal);
     DrawRegion(ctx, 0, 0, -1, RegionKind::Vertical);
   }))) << "out of range indices";
-}
-
-TEST_F(RegionsTest, VerticalRegionSpansDataAreaAndPlotHeight) {
-  // Section 50 mm long over a 200 px data area from x = 100: 4 px per unit.
-  CoreSection& s = model_->Section(0);
-  s.VRegionLeft[1] = 10;
-  s.VRegionRight[1] = 30;
-  s.VRegionPattern[1] = 0;
-  const QImage image = Paint([&](PaintContext& ctx) { DrawRegion(ctx, 1, 0, 0, RegionKind::Vertical); });
-  EXPECT_EQ(image.pixelColor(140, kY0), kFill);
-  EXPECT_EQ(image.pixelColor(219, kY0 + 199), kFill);
-  EXPECT_EQ(image.pixelColor(139, 100), kWhite);
-  EXPECT_EQ(image.pixelColor(220, 100), kWhite);
-  EXPECT_EQ(image.pixelColor(180, kY0 - 1), kWhite);
-  EXPECT_EQ(image.pixelColor(180, kY0 + 200), kWhite);
 }
 
 TEST_F(RegionsTest, ZoomedDocumentIsDrawnAtItsScrolledPosition) {

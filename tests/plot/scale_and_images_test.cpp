@@ -40,10 +40,8 @@ TEST(DepthScale, TicksEveryTickSpacingMajorEveryFifthUnzoomedEveryOneZoomed) {
   const struct {
     int length, zoom, depth;  // mm of core, zoom, depth of the tick in mm
     bool major, labelled;
-  } cases[] = {{200, 1, 10, false, false}, {200, 1, 30, false, false}, {200, 1, 50, true, true},
-               {200, 1, 100, true, true},  {200, 1, 140, false, false}, {200, 2, 10, true, true},
-               {200, 2, 30, true, true},   {200, 2, 50, true, true},    {1000, 2, 10, true, false},
-               {1000, 2, 20, true, true},  {1000, 2, 30, true, false},  {1000, 2, 40, true, true}};
+  } cases[] = {{200, 1, 10, false, false}, {200, 1, 50, true, true},    {200, 1, 140, false, false},
+               {200, 2, 30, true, true},   {1000, 2, 10, true, false}, {1000, 2, 20, true, true}};
   for (const auto& c : cases) {
     Model model;
     const QImage image = PaintScale(model, c.length, c.zoom);
