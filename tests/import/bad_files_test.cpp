@@ -12,9 +12,7 @@
 #include "import/sample_files.h"
 #include "import/tiff_reader.h"
 #include "model/messages.h"
-#include "model/model.h"
 #include "model/numbers.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
@@ -68,12 +66,10 @@ void LoadEarlierSection(Model& m, ScriptedPrompt& prompt) {
   ASSERT_TRUE(prompt.Messages.empty());
 }
 
-class BadFiles : public ::testing::TestWithParam<BadFile> {};
+class BadFiles : public test::ReaderTest, public ::testing::WithParamInterface<BadFile> {};
 
 TEST_P(BadFiles, AreRefusedWithTheirMessageAndTheSectionKeepsWhatItHad) {
   const BadFile& c = GetParam();
-  Model model;
-  ScriptedPrompt prompt;
   LoadEarlierSection(model, prompt);
   const std::string before = Snapshot(model);
   const std::string bytes = c.Bytes();
@@ -143,14 +139,14 @@ INSTANTIATE_TEST_SUITE_P(
                 {Format(msg::kBadCoordinate, "nan"), Format(msg::kBadCoordinate, "-3e20")}}),
     [](const auto& i) { return std::string(i.param.Name); });
 
+using BadFilesCounterpart = test::ReaderTest;
+
 // The flat file above needs 41 MB loaded: far more than its size times any ratio a
 // file-size guard would allow, and well within the memory ceiling, so it is read.
-TEST(BadFilesCounterpart, HighlyCompressedFileWithinTheCeilingIsRead) {
+TEST_F(BadFilesCounterpart, HighlyCompressedFileWithinTheCeilingIsRead) {
   ASSERT_TRUE(TIFFIsCODECConfigured(COMPRESSION_ZSTD));
   const std::string bytes = TiffBytes(kFlat, 40000);
   ASSERT_LT(bytes.size() * 1100, size_t(2000) * 2000 * 2);
-  Model model;
-  ScriptedPrompt prompt;
   const ReadOutcome out =
       ReadTiffMemory(model, prompt, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), true, false, "f.tif");
   EXPECT_TRUE(out.PixelsRead);

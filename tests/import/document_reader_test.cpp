@@ -11,14 +11,12 @@
 
 #include "import/sample_files.h"
 #include "model/messages.h"
-#include "model/model.h"
 #include "support/german_numbers.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
 
-using test::ScriptedPrompt;
+using DocumentReader = test::ReaderTest;
 using FieldMap = std::map<std::string, std::string>;
 
 std::string Crlf(std::initializer_list<std::string> lines) {
@@ -52,14 +50,12 @@ struct DocumentCase {
   FieldMap Expect;
 };
 
-class DocumentTable : public ::testing::TestWithParam<DocumentCase> {};
+class DocumentTable : public test::ReaderTest, public ::testing::WithParamInterface<DocumentCase> {};
 
 // Under a German desktop's locale: the file keeps its decimal point all the same.
 TEST_P(DocumentTable, StoresWhatTheCaptionsSay) {
   test::GermanNumbers german;
   ASSERT_TRUE(german.Active());
-  Model model;
-  ScriptedPrompt prompt;
   CopyField(model.CurSection().SiteName, "old site");
   CopyField(model.CurSection().CoreName, "old core");
   model.CurSection().ScanYear = 1999;
@@ -122,9 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
                      {{"Tube", "AB"}, {"Exposure", "0"}}}),
     [](const auto& info) { return std::string(info.param.Name); });
 
-TEST(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOpticalEnd) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOpticalEnd) {
   ParseSectionMetadata(model, prompt, kFull, false);
   ParseSectionMetadata(model, prompt, kFull, false);
   EXPECT_STREQ(model.CurSection().ExposureText, "msms");
@@ -135,7 +129,7 @@ TEST(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOptica
 }
 
 // The settings' switch, the caller's wish and a previous section must all be there.
-TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
+TEST_F(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
   const struct {
     bool Warn;
     uint32_t ShowWarnings;
@@ -146,8 +140,7 @@ TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
               {true, 0, 1, {}},
               {true, 1, 0, {}}};
   for (const auto& r : rows) {
-    Model model;
-    ScriptedPrompt prompt;
+    prompt.Messages.clear();
     model.Settings().ShowWarnings = r.ShowWarnings;
     CoreSection& previous = model.Section(0);
     previous.TubeVoltage = 30;  // same as the file
@@ -161,9 +154,7 @@ TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
   }
 }
 
-TEST(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
   const auto folder = test::ScratchFolder();
   CopyField(model.Settings().SectionFolder, folder.string().c_str());
   model.Plot().CurSectionIndex = 4;
@@ -185,7 +176,7 @@ TEST(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
 }
 
 // The optical image's shown rows follow the optical coordinates along the depth axis.
-TEST(DocumentReader, OpticalPlacementFromTheOpticalCoordinates) {
+TEST_F(DocumentReader, OpticalPlacementFromTheOpticalCoordinates) {
   const struct {
     float AxisLength, StartDepth;
     int32_t Length, First, ExpectFirst, ExpectLast;
@@ -200,8 +191,6 @@ TEST(DocumentReader, OpticalPlacementFromTheOpticalCoordinates) {
       {300, 100, 0, 0, 0, -7},
   };
   for (const auto& r : rows) {
-    Model model;
-    ScriptedPrompt prompt;
     model.Plot().AxisLength = r.AxisLength;
     model.CurSection().StartDepth = r.StartDepth;
     model.CurOptical().Height = r.Length;

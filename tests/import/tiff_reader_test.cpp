@@ -11,21 +11,22 @@
 
 #include "import/sample_files.h"
 #include "model/messages.h"
-#include "model/model.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
 
-using test::ScriptedPrompt;
 using test::TiffLayout;
 using test::WriteTiff;
 
-ReadOutcome ReadFile(Model& model, ScriptedPrompt& prompt, const std::filesystem::path& path, bool radiograph,
-                     bool add = false, const RadiographPlaceChooser& choose = {}) {
-  prompt.ChooseFile(path.string());
-  return ReadTiffImage(model, prompt, radiograph, add, choose);
-}
+// Read chooses the file in the open dialog and reads it.
+class TiffReader : public test::ReaderTest {
+ protected:
+  ReadOutcome Read(const std::filesystem::path& path, bool radiograph, bool add = false,
+                   const RadiographPlaceChooser& choose = {}) {
+    prompt.ChooseFile(path.string());
+    return ReadTiffImage(model, prompt, radiograph, add, choose);
+  }
+};
 
 // TIFF row r, column c lands in bitmap row Width - 1 - c, column r.  Larger radiographs
 // are turned in blocks, with the rows and columns the blocks leave done one by one.
@@ -43,7 +44,7 @@ struct RadiographCase {
   std::function<int32_t(int32_t)> Count = [](int32_t v) { return v; };  // the count a stored value means
 };
 
-class TiffRadiograph : public ::testing::TestWithParam<RadiographCase> {};
+class TiffRadiograph : public TiffReader, public ::testing::WithParamInterface<RadiographCase> {};
 
 TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   const RadiographCase& c = GetParam();
@@ -54,9 +55,7 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   };
   TiffLayout layout{c.W, c.H, 1, c.Bits, c.Tile, c.Photometric, c.SampleFormat};
   WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return uint32_t(stored(r, col)) & 0xFFFF; });
-  Model model;
-  ScriptedPrompt prompt;
-  const ReadOutcome out = ReadFile(model, prompt, path, true);
+  const ReadOutcome out = Read(path, true);
   EXPECT_EQ(out.Result, 1);
   ASSERT_TRUE(out.PixelsRead);
   EXPECT_TRUE(prompt.Messages.empty());
@@ -80,31 +79,31 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   EXPECT_STREQ(model.Settings().SectionFolder, path.parent_path().string().c_str());
 }
 
-constexpr uint16_t kWhite = PHOTOMETRIC_MINISWHITE, kGrey = PHOTOMETRIC_MINISBLACK, kSigned = SAMPLEFORMAT_INT;
-INSTANTIATE_TEST_SUITE_P(Rows, TiffRadiograph,
-                         ::testing::Values(RadiographCase{"Small", 5, 3, 16, 0, -1, -1, 32769, 30000},
-                                           RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
-                                           RadiographCase{"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
-                                           RadiographCase{"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
-                                           RadiographCase{"LowInFirstRows", 37, 75, 16, 0, 3, 5, 32769, 30000},
-                                           RadiographCase{"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
-                                           RadiographCase{"LowInLastColumns", 37, 75, 16, 0, 50, 35, 32769, 30000},
-                                           RadiographCase{"LowInLastRows", 37, 75, 16, 0, 74, 2, 32769, 30000},
-                                           RadiographCase{"TiledAllAbove", 37, 75, 16, 16, -1, -1, 32769, 30000},
-                                           RadiographCase{"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
-                                           RadiographCase{"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite,
-                                                          SAMPLEFORMAT_UINT, [](int32_t v) { return 65535 - v; }},
-                                           RadiographCase{"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite,
-                                                          SAMPLEFORMAT_UINT, [](int32_t v) { return 255 - v; }},
-                                           RadiographCase{"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey,
-                                                          kSigned, [](int32_t v) { return v + 32768; }},
-                                           RadiographCase{"Signed16Positive", 6, 3, 16, 0, -1, -1, 20, 300, kGrey,
-                                                          kSigned, [](int32_t v) { return v + 32768; }},
-                                           RadiographCase{"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned,
-                                                          [](int32_t v) { return v + 128; }},
-                                           RadiographCase{"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite,
-                                                          kSigned, [](int32_t v) { return 32767 - v; }}),
-                         [](const auto& i) { return std::string(i.param.Name); });
+constexpr uint16_t kWhite = PHOTOMETRIC_MINISWHITE, kGrey = PHOTOMETRIC_MINISBLACK;
+constexpr uint16_t kUint = SAMPLEFORMAT_UINT, kSigned = SAMPLEFORMAT_INT;
+// The count a stored value means: `top` less it (inverted), or it moved up by `half`.
+std::function<int32_t(int32_t)> From(int32_t top) { return [top](int32_t v) { return top - v; }; }
+std::function<int32_t(int32_t)> Up(int32_t half) { return [half](int32_t v) { return v + half; }; }
+INSTANTIATE_TEST_SUITE_P(
+    Rows, TiffRadiograph,
+    ::testing::Values(
+        RadiographCase{"Small", 5, 3, 16, 0, -1, -1, 32769, 30000},
+        RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
+        RadiographCase{"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
+        RadiographCase{"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
+        RadiographCase{"LowInFirstRows", 37, 75, 16, 0, 3, 5, 32769, 30000},
+        RadiographCase{"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
+        RadiographCase{"LowInLastColumns", 37, 75, 16, 0, 50, 35, 32769, 30000},
+        RadiographCase{"LowInLastRows", 37, 75, 16, 0, 74, 2, 32769, 30000},
+        RadiographCase{"TiledAllAbove", 37, 75, 16, 16, -1, -1, 32769, 30000},
+        RadiographCase{"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
+        RadiographCase{"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite, kUint, From(65535)},
+        RadiographCase{"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite, kUint, From(255)},
+        RadiographCase{"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey, kSigned, Up(32768)},
+        RadiographCase{"Signed16Positive", 6, 3, 16, 0, -1, -1, 20, 300, kGrey, kSigned, Up(32768)},
+        RadiographCase{"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned, Up(128)},
+        RadiographCase{"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite, kSigned, From(32767)}),
+    [](const auto& i) { return std::string(i.param.Name); });
 
 // The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
 struct OpticalCase {
@@ -116,7 +115,7 @@ struct OpticalCase {
   bool Rotated;
 };
 
-class TiffOptical : public ::testing::TestWithParam<OpticalCase> {};
+class TiffOptical : public TiffReader, public ::testing::WithParamInterface<OpticalCase> {};
 
 TEST_P(TiffOptical, OrientationReductionAndOddSizes) {
   const OpticalCase& c = GetParam();
@@ -127,9 +126,7 @@ TEST_P(TiffOptical, OrientationReductionAndOddSizes) {
     return c.Bits == 8 ? v8 : v8 * 256 + 255;  // the low byte must not show
   };
   WriteTiff(path, {c.W, c.H, 3, c.Bits}, value);
-  Model model;
-  ScriptedPrompt prompt;
-  EXPECT_EQ(ReadFile(model, prompt, path, false).Result, 1);
+  EXPECT_EQ(Read(path, false).Result, 1);
   EXPECT_TRUE(prompt.Messages.empty());
   const OpticalImageDesc& opt = model.CurOptical();
   ASSERT_EQ(opt.Width, c.ExpectWidth);
@@ -167,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, TiffOptical,
 // Files libtiff decodes for us must give exactly the samples of the plain file.
 // The scanner's own layout is read straight from the file (a large image in bands
 // on several threads); every other layout goes through libtiff.  All give the same image.
-TEST(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
+TEST_F(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
   const auto base = test::ScratchFolder();
   const struct {
     std::string Common;
@@ -178,24 +175,24 @@ TEST(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
         "--tile 64 --compress deflate --big-endian", "--rows-per-strip 300"}},
       {"--length 4000 --width 300 --raw-values 0 --missing optical.tif ", {"--big-endian"}},
   };
-  ScriptedPrompt prompt;
+  // Reads the folder's images into the fixture's model, over what an earlier read left.
+  auto readFolder = [&](const std::filesystem::path& folder) {
+    EXPECT_TRUE(Read(folder / "radiograph.tif", true).PixelsRead) << folder;
+    if (std::filesystem::exists(folder / "optical.tif")) EXPECT_TRUE(Read(folder / "optical.tif", false).PixelsRead);
+  };
   for (const auto& size : sizes) {
     const auto first = base / ("plain" + std::to_string(&size - sizes));
     test::MakeSampleCore(first, size.Common);
-    Model plain;
-    ReadFile(plain, prompt, first / "radiograph.tif", true);
-    const bool optical = std::filesystem::exists(first / "optical.tif");
-    if (optical) ReadFile(plain, prompt, first / "optical.tif", false);
-    ASSERT_TRUE(plain.CurRadiograph().Loaded());
+    readFolder(first);
+    const RadiographDesc plainRadiograph = model.CurRadiograph();
+    const ByteBuffer plainOptical = model.CurOptical().Pixels;
     for (const char* variant : size.Variants) {
       const auto folder = base / ("v" + std::to_string(std::hash<std::string>()(size.Common + variant) % 100000));
       test::MakeSampleCore(folder, size.Common + variant);
-      Model model;
-      ReadFile(model, prompt, folder / "radiograph.tif", true);
-      if (optical) ReadFile(model, prompt, folder / "optical.tif", false);
-      EXPECT_EQ(model.CurRadiograph().Samples, plain.CurRadiograph().Samples) << variant;
-      EXPECT_EQ(model.CurRadiograph().MaxValue, plain.CurRadiograph().MaxValue) << variant;
-      EXPECT_EQ(model.CurOptical().Pixels, plain.CurOptical().Pixels) << variant;
+      readFolder(folder);
+      EXPECT_EQ(model.CurRadiograph().Samples, plainRadiograph.Samples) << variant;
+      EXPECT_EQ(model.CurRadiograph().MaxValue, plainRadiograph.MaxValue) << variant;
+      EXPECT_EQ(model.CurOptical().Pixels, plainOptical) << variant;
     }
   }
   EXPECT_TRUE(prompt.Messages.empty());
@@ -210,18 +207,16 @@ struct RefusalCase {
   int ExpectCount;  // RadiographCount afterwards (replace mode, starting from 0)
 };
 
-class TiffRefusal : public ::testing::TestWithParam<RefusalCase> {};
+class TiffRefusal : public TiffReader, public ::testing::WithParamInterface<RefusalCase> {};
 
 TEST_P(TiffRefusal, TellsTheUserAndLeavesNoImage) {
   const RefusalCase& c = GetParam();
   const auto path = test::ScratchFolder() / "bad.tif";
   c.Write(path);
-  Model model;
-  ScriptedPrompt prompt;
   // Something loaded before must not survive half-overwritten.
   model.CurOptical().Height = 9;
   model.CurOptical().Pixels.assign(30, 1);
-  EXPECT_EQ(ReadFile(model, prompt, path, c.Radiograph).Result, 0);
+  EXPECT_EQ(Read(path, c.Radiograph).Result, 0);
   ASSERT_EQ(prompt.Messages.size(), 1u);
   EXPECT_EQ(prompt.Messages[0].Text, c.Text);
   EXPECT_EQ(prompt.Messages[0].Caption, c.Caption);
@@ -281,12 +276,10 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"HugeClaimInTinyFile", true, Bytes(HandMadeTiff(1, 8, 65535, 65535)), msg::kErrorReadingTiff, "", 0}),
     [](const auto& i) { return std::string(i.param.Name); });
 
-TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
   model.CurOptical().Height = 12;
   EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
-  const ReadOutcome out = ReadFile(model, prompt, test::ScratchFolder() / "gone.tif", false);
+  const ReadOutcome out = Read(test::ScratchFolder() / "gone.tif", false);
   EXPECT_EQ(out.Result, 1);
   EXPECT_FALSE(out.PixelsRead);
   EXPECT_TRUE(prompt.Messages.empty());
@@ -300,9 +293,7 @@ TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) 
 
 // The hand-made file the refusals start from reads, unless it needs more memory than
 // the ceiling allows.
-TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(TiffReader, HandMadeFileReadsWithinTheCapacity) {
   const std::string bytes = HandMadeTiff(1, 8);
   const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
   EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif", {}, 3).Result, 0);
@@ -315,8 +306,15 @@ TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
 
 // The section's title is the folder and the image's file name, or the folder alone when
 // both would not fit; an optical image keeps a title that is already there.
-TEST(TiffReader, FileNameFromTheFolderAndTheImage) {
+TEST_F(TiffReader, FileNameFromTheFolderAndTheImage) {
   const std::string longFolder(50, 'L');  // 50 + 14 >= 63
+  const auto scratch = test::ScratchFolder();
+  for (const std::string& folder : {std::string("KB07-3"), longFolder}) {
+    std::filesystem::create_directories(scratch / folder);
+    for (const uint16_t samples : {1, 3})
+      WriteTiff(scratch / folder / (samples == 1 ? "radiograph.tif" : "optical.tif"), {2, 2, samples, 8},
+                [](uint32_t, uint32_t, uint32_t) { return 1; });
+  }
   const struct {
     std::string Folder;
     const char* Before;
@@ -327,24 +325,15 @@ TEST(TiffReader, FileNameFromTheFolderAndTheImage) {
               {"KB07-3", "kept", false, "kept"},
               {"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
               {longFolder, "", true, longFolder}};
-  const auto scratch = test::ScratchFolder();
   for (const auto& r : rows) {
-    const auto folder = scratch / std::to_string(&r - rows) / r.Folder;
-    std::filesystem::create_directories(folder);
-    const auto path = folder / (r.Radiograph ? "radiograph.tif" : "optical.tif");
-    WriteTiff(path, {2, 2, uint16_t(r.Radiograph ? 1 : 3), 8}, [](uint32_t, uint32_t, uint32_t) { return 1; });
-    Model model;
-    ScriptedPrompt prompt;
     CopyField(model.CurSection().FileName, r.Before);
-    ReadFile(model, prompt, path, r.Radiograph);
+    Read(scratch / r.Folder / (r.Radiograph ? "radiograph.tif" : "optical.tif"), r.Radiograph);
     EXPECT_EQ(std::string(model.CurSection().FileName), r.Expect) << r.Folder << " " << r.Before;
   }
 }
 
-TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
+TEST_F(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
   const auto folder = test::ScratchFolder();
-  Model model;
-  ScriptedPrompt prompt;
   for (uint32_t i = 1; i <= 3; ++i)
     WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16}, [=](uint32_t, uint32_t, uint32_t) { return i; });
   Colour(3, 8)(folder / "rgb.tif");
@@ -356,15 +345,15 @@ TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAF
     };
   };
   const CoreSection& s = model.CurSection();
-  ReadFile(model, prompt, folder / "r1.tif", true);
-  EXPECT_EQ(ReadFile(model, prompt, folder / "rgb.tif", true, true, place(0)).Result, 0);
+  Read(folder / "r1.tif", true);
+  EXPECT_EQ(Read(folder / "rgb.tif", true, true, place(0)).Result, 0);
   EXPECT_EQ(s.RadiographCount, 1);
   EXPECT_EQ(s.Radiographs[0].Samples.at(0), 1);
   EXPECT_FALSE(s.Radiographs[1].Loaded());
   EXPECT_EQ(model.Plot().CurRadiographIndex, 1);  // the count, as the scanner software left it
   // The second goes left of the first, the third in the middle.
-  ReadFile(model, prompt, folder / "r2.tif", true, true, place(0));
-  ReadFile(model, prompt, folder / "r3.tif", true, true, place(1));
+  Read(folder / "r2.tif", true, true, place(0));
+  Read(folder / "r3.tif", true, true, place(1));
   EXPECT_EQ(asked, (std::vector<int>{2, 2, 3}));
   EXPECT_EQ(s.RadiographCount, 3);
   EXPECT_EQ(s.Radiographs[0].Samples[0], 2);
