@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 #include "model/core.h"
 #include "model/messages.h"
@@ -47,10 +48,7 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
     p.ZoomFactor = 8;
     p.OverlayOr = 1;
     w.OpticalEnd = 55;
-    w.ShowRadiograph = 0;
-    w.ShowOptical = 1;
-    w.ShowCoreName = 1;
-    w.ShowSectionName = 0;
+    std::tie(w.ShowRadiograph, w.ShowOptical, w.ShowCoreName, w.ShowSectionName) = std::tuple(0u, 1u, 1u, 0u);
     m.Settings().DataSetOfPlot[0] = kRadiographDataSet;
     int toolsEnded = 0, repaints = 0;
     m.ImagesReplaced = [&toolsEnded] { ++toolsEnded; };
@@ -77,18 +75,12 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
     EXPECT_EQ(toolsEnded, r.cleared) << "an open tool is told its data is gone";
     EXPECT_EQ(repaints, r.cleared);
     EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuZoom), !r.cleared) << "New greys the menus (menu_rules_test.cpp)";
-    EXPECT_EQ(w.ShowRadiograph, 0u);
-    EXPECT_EQ(w.ShowOptical, 1u);
-    EXPECT_EQ(w.ShowCoreName, 1u);
-    EXPECT_EQ(w.ShowSectionName, 0u);
+    EXPECT_EQ(std::tuple(w.ShowRadiograph, w.ShowOptical, w.ShowCoreName, w.ShowSectionName),
+              std::tuple(0u, 1u, 1u, 0u));
     if (r.cleared) {
-      EXPECT_EQ(m.CurRadiograph().Height, 0);
-      EXPECT_EQ(w.SampleStep, 5);
-      EXPECT_EQ(w.SampleMode, 2);
-      EXPECT_EQ(p.HeaderHeight, 10);
-      EXPECT_EQ(p.ShowInfo, 1u);
-      EXPECT_EQ(p.ShowDividers, 1u);
-      EXPECT_EQ(p.ShowSectionTitles, 1u);
+      EXPECT_EQ(std::tuple(m.CurRadiograph().Height, w.SampleStep, w.SampleMode, p.HeaderHeight),
+                std::tuple(0, 5, 2, 10));
+      EXPECT_EQ(std::tuple(p.ShowInfo, p.ShowDividers, p.ShowSectionTitles), std::tuple(1u, 1u, 1u));
     }
   }
   // Start-up's New (no window) leaves the menu alone.
@@ -137,17 +129,14 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisAndTheFirstCurveFromTheStepSizeTex
     const CoreSection& s = m.CurSection();
     EXPECT_EQ(m.Work().SampleStep, r.wantStep);
     EXPECT_EQ(s.PointCount, r.points);
-    EXPECT_NEAR(m.Plot().DepthSpan, r.span, 0.01f);
-    EXPECT_NEAR(m.Plot().SectionLength[0], r.span, 0.01f);
-    EXPECT_NEAR(m.Plot().AxisLength, r.span, 0.01f);
-    EXPECT_EQ(m.Plot().DepthTick, r.tick);
-    EXPECT_EQ(s.StartLabelDepth, 1235);
+    for (const float length : {m.Plot().DepthSpan, m.Plot().SectionLength[0], m.Plot().AxisLength})
+      EXPECT_NEAR(length, r.span, 0.01f);
     EXPECT_NEAR(m.Work().EndCoordinate, r.span + 1234.6f, 0.01f);
-    EXPECT_EQ(m.Plot().ViewLastPoint, r.points);
+    EXPECT_EQ(std::tuple(m.Plot().DepthTick, s.StartLabelDepth, m.Plot().ViewLastPoint),
+              std::tuple(r.tick, 1235, r.points));
     EXPECT_EQ(m.App.Settings.DataSetOfPlot[0], r.curve ? kRadiographDataSet : 1);
     EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), r.curve) << "point deletion goes with the curve";
-    EXPECT_EQ(m.Plot().DataSetCount, 1);
-    EXPECT_EQ(m.Plot().RadiographDataSet, kRadiographDataSet);
+    EXPECT_EQ(std::tuple(m.Plot().DataSetCount, m.Plot().RadiographDataSet), std::tuple(1, kRadiographDataSet));
     EXPECT_STREQ(m.Plot().DataSetNames[kRadiographDataSet - 1], "Radiograph");
     if (r.points > 1) {
       EXPECT_FLOAT_EQ(s.Depth[1] - s.Depth[0], r.span / float(r.points));
