@@ -1,5 +1,6 @@
 // The TIFF reader: orientation, reduction, odd sizes, the offset rule, 8- and 16-bit
-// colour, the file formats libtiff opens for us, and every refusal with its caption.
+// colour, the file formats libtiff opens for us, the file name and add mode.  The
+// refusals are in bad_files_test.cpp.
 
 #include "import/tiff_reader.h"
 
@@ -178,7 +179,9 @@ TEST_F(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
   // Reads the folder's images into the fixture's model, over what an earlier read left.
   auto readFolder = [&](const std::filesystem::path& folder) {
     EXPECT_TRUE(Read(folder / "radiograph.tif", true).PixelsRead) << folder;
-    if (std::filesystem::exists(folder / "optical.tif")) EXPECT_TRUE(Read(folder / "optical.tif", false).PixelsRead);
+    if (std::filesystem::exists(folder / "optical.tif")) {
+      EXPECT_TRUE(Read(folder / "optical.tif", false).PixelsRead);
+    }
   };
   for (const auto& size : sizes) {
     const auto first = base / ("plain" + std::to_string(&size - sizes));
@@ -198,84 +201,6 @@ TEST_F(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
   EXPECT_TRUE(prompt.Messages.empty());
 }
 
-struct RefusalCase {
-  const char* Name;
-  bool Radiograph;
-  std::function<void(const std::filesystem::path&)> Write;
-  const char* Text;
-  const char* Caption;
-  int ExpectCount;  // RadiographCount afterwards (replace mode, starting from 0)
-};
-
-class TiffRefusal : public TiffReader, public ::testing::WithParamInterface<RefusalCase> {};
-
-TEST_P(TiffRefusal, TellsTheUserAndLeavesNoImage) {
-  const RefusalCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "bad.tif";
-  c.Write(path);
-  // Something loaded before must not survive half-overwritten.
-  model.CurOptical().Height = 9;
-  model.CurOptical().Pixels.assign(30, 1);
-  EXPECT_EQ(Read(path, c.Radiograph).Result, 0);
-  ASSERT_EQ(prompt.Messages.size(), 1u);
-  EXPECT_EQ(prompt.Messages[0].Text, c.Text);
-  EXPECT_EQ(prompt.Messages[0].Caption, c.Caption);
-  EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::Ok);
-  if (c.Radiograph) {
-    EXPECT_FALSE(model.CurRadiograph().Loaded());
-    EXPECT_TRUE(model.CurRadiograph().Samples.empty());
-    EXPECT_TRUE(model.CurRadiograph().Bitmap.Empty());
-    EXPECT_EQ(model.CurSection().RadiographCount, c.ExpectCount);
-  } else if (std::string(c.Text) != msg::kNotVersion42) {
-    EXPECT_FALSE(model.CurOptical().Loaded());
-    EXPECT_TRUE(model.CurOptical().Pixels.empty());
-  }
-}
-
-using FileWriter = std::function<void(const std::filesystem::path&)>;
-
-FileWriter Bytes(const std::string& bytes) {
-  return [bytes](const std::filesystem::path& p) { test::WriteBytes(p, bytes); };
-}
-
-FileWriter Colour(uint16_t samples, uint16_t bits) {
-  return [=](const std::filesystem::path& p) {
-    WriteTiff(p, {4, 4, samples, bits}, [](uint32_t, uint32_t, uint32_t) { return 1; });
-  };
-}
-
-// A little-endian TIFF by hand: 16-bit grey, 2 x 2 unless told, with the compression tag given.
-std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes, uint16_t width = 2, uint16_t height = 2) {
-  std::string b = std::string("II*\0", 4) + std::string("\x08\0\0\0", 4);
-  auto u16 = [&](uint16_t v) { b.push_back(char(v & 0xFF)), b.push_back(char(v >> 8)); };
-  auto u32 = [&](uint32_t v) { u16(uint16_t(v)), u16(uint16_t(v >> 16)); };
-  auto entry = [&](uint16_t tag, uint16_t type, uint32_t value) { u16(tag), u16(type), u32(1), u32(value); };
-  u16(7);
-  entry(256, 3, width);
-  entry(257, 3, height);
-  entry(258, 3, 16);
-  entry(259, 3, compression);
-  entry(273, 4, 8 + 2 + 7 * 12 + 4);
-  entry(277, 3, 1);
-  entry(279, 4, 8);
-  u32(0);
-  b += std::string(pixelBytes, '\x01');
-  return b;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TiffRefusal,
-    ::testing::Values(
-        RefusalCase{"NotATiff", true, Bytes("GIF89a........"), msg::kNotVersion42, msg::kDefaultCaption, 0},
-        RefusalCase{"TooShort", false, Bytes("II"), msg::kNotVersion42, msg::kDefaultCaption, 0},
-        RefusalCase{"UnknownCompression", true, Bytes(HandMadeTiff(60000, 8)), msg::kCompressed, "", 1},
-        RefusalCase{"GreyAsOptical", false, Colour(1, 8), msg::kExpected3Samples, "", 0},
-        RefusalCase{"ColourAsRadiograph", true, Colour(3, 8), msg::kExpected1Sample, "", 0},
-        RefusalCase{"FourBitOptical", false, Colour(3, 4), msg::kExpectedBits, "", 0},
-        RefusalCase{"TruncatedPixels", true, Bytes(HandMadeTiff(1, 3)), msg::kErrorReadingTiff, "", 0},
-        RefusalCase{"HugeClaimInTinyFile", true, Bytes(HandMadeTiff(1, 8, 65535, 65535)), msg::kErrorReadingTiff, "", 0}),
-    [](const auto& i) { return std::string(i.param.Name); });
-
 TEST_F(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
   model.CurOptical().Height = 12;
   EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
@@ -289,19 +214,6 @@ TEST_F(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero
   EXPECT_EQ(prompt.OpenRequests[0].Filters[0].Name, "TIFF files (*.tif)");
   EXPECT_EQ(prompt.OpenRequests[0].InitialName, "/radiograph.tif");
   EXPECT_EQ(prompt.OpenRequests[1].InitialName, "/optical.tif");
-}
-
-// The hand-made file the refusals start from reads, unless it needs more memory than
-// the ceiling allows.
-TEST_F(TiffReader, HandMadeFileReadsWithinTheCapacity) {
-  const std::string bytes = HandMadeTiff(1, 8);
-  const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
-  EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif", {}, 3).Result, 0);
-  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kCouldNotAllocate});
-  EXPECT_EQ(prompt.Messages[0].Caption, msg::kDefaultCaption);
-  EXPECT_FALSE(model.CurRadiograph().Loaded());
-  EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif").Result, 1);
-  EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
 }
 
 // The section's title is the folder and the image's file name, or the folder alone when
@@ -336,7 +248,7 @@ TEST_F(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefuses
   const auto folder = test::ScratchFolder();
   for (uint32_t i = 1; i <= 3; ++i)
     WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16}, [=](uint32_t, uint32_t, uint32_t) { return i; });
-  Colour(3, 8)(folder / "rgb.tif");
+  WriteTiff(folder / "rgb.tif", {4, 4, 3, 8}, [](uint32_t, uint32_t, uint32_t) { return 7; });
   std::vector<int> asked;
   auto place = [&asked](int where) {
     return [&asked, where](int count) {
