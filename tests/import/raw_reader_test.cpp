@@ -5,6 +5,7 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -40,15 +41,12 @@ TEST_P(RawParse, SamplesFallbacksAndRefusals) {
   EXPECT_EQ(ParseRawRadiograph(model, prompt, c.Text, c.MaxRes).Result, c.Result);
   EXPECT_EQ(prompt.Texts(), c.Messages);
   for (const auto& m : prompt.Messages) EXPECT_EQ(m.Caption, msg::kDefaultCaption);
-  EXPECT_EQ(model.App.Work.SampleStep, c.Expand);
-  EXPECT_EQ(model.App.Work.RawLineGroup, c.Group);
+  EXPECT_EQ(std::pair(model.App.Work.SampleStep, model.App.Work.RawLineGroup), std::pair(c.Expand, c.Group));
   const RadiographDesc& r = model.CurRadiograph();
   EXPECT_EQ(r.Loaded(), c.Result == 1);
   if (c.At.empty()) return;
-  ASSERT_EQ(r.Width, c.Width);
-  ASSERT_EQ(r.Height, c.Height);
-  EXPECT_EQ(r.MaxValue, c.Max);
-  EXPECT_EQ(model.CurSection().RadiographCount, 1);
+  ASSERT_EQ(std::pair(r.Width, r.Height), std::pair(c.Width, c.Height));
+  EXPECT_EQ(std::pair(r.MaxValue, model.CurSection().RadiographCount), std::pair(c.Max, 1));
   for (auto [index, value] : c.At) EXPECT_EQ(r.Samples.at(index), value) << index;
 }
 
@@ -181,11 +179,9 @@ INSTANTIATE_TEST_SUITE_P(Rows, RawLarge,
 TEST_F(RawReader, UnopenableFileIsPassedOverQuietly) {
   prompt.ChooseFile((test::ScratchFolder() / "none.raw").string());
   const ReadOutcome out = ReadRawRadiograph(model, prompt, false);
-  EXPECT_EQ(out.Result, 1);
-  EXPECT_FALSE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
-  EXPECT_EQ(prompt.OpenRequests.at(0).Title, "Open Raw Radiograph file");
-  EXPECT_EQ(prompt.OpenRequests.at(0).InitialName, "*.raw");
+  EXPECT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, false, 0u));
+  EXPECT_EQ(std::tuple(prompt.OpenRequests.at(0).Title, prompt.OpenRequests.at(0).InitialName),
+            std::tuple("Open Raw Radiograph file", "*.raw"));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -57,12 +58,9 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   TiffLayout layout{c.W, c.H, 1, c.Bits, c.Tile, c.Photometric, c.SampleFormat};
   WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return uint32_t(stored(r, col)) & 0xFFFF; });
   const ReadOutcome out = Read(path, true);
-  EXPECT_EQ(out.Result, 1);
-  ASSERT_TRUE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
+  ASSERT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, true, 0u));
   const RadiographDesc& rad = model.CurRadiograph();
-  ASSERT_EQ(rad.Width, int32_t(c.H));
-  ASSERT_EQ(rad.Height, int32_t(c.W));
+  ASSERT_EQ(std::pair(rad.Width, rad.Height), std::pair(int32_t(c.H), int32_t(c.W)));
   int32_t lowest = 65536, maximum = 0;
   for (uint32_t r = 0; r < c.H; ++r)
     for (uint32_t col = 0; col < c.W; ++col) lowest = std::min(lowest, c.Count(stored(r, col)));
@@ -74,9 +72,8 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
       ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], count) << r << "," << col;
     }
   EXPECT_EQ(rad.MaxValue, maximum);
-  EXPECT_EQ(model.CurSection().RadiographCount, 1);
-  EXPECT_EQ(model.App.Work.SampleStep, 1);
-  EXPECT_EQ(model.App.Work.RawLineGroup, 1);
+  const WorkingBlock& w = model.App.Work;
+  EXPECT_EQ(std::tuple(model.CurSection().RadiographCount, w.SampleStep, w.RawLineGroup), std::tuple(1, 1, 1));
   EXPECT_STREQ(model.Settings().SectionFolder, path.parent_path().string().c_str());
 }
 
@@ -130,11 +127,9 @@ TEST_P(TiffOptical, OrientationReductionAndOddSizes) {
   EXPECT_EQ(Read(path, false).Result, 1);
   EXPECT_TRUE(prompt.Messages.empty());
   const OpticalImageDesc& opt = model.CurOptical();
-  ASSERT_EQ(opt.Width, c.ExpectWidth);
-  ASSERT_EQ(opt.Height, c.ExpectHeight);
-  EXPECT_EQ(opt.CropRight, c.ExpectWidth - 1);
-  EXPECT_EQ(opt.CropBottom, c.ExpectHeight - 1);
-  EXPECT_EQ(opt.Upper, 256);
+  ASSERT_EQ(std::pair(opt.Width, opt.Height), std::pair(c.ExpectWidth, c.ExpectHeight));
+  EXPECT_EQ(std::tuple(opt.CropRight, opt.CropBottom, opt.Upper),
+            std::tuple(c.ExpectWidth - 1, c.ExpectHeight - 1, 256));
   EXPECT_EQ(opt.Bitmap.Bits, opt.Pixels);
   const int stride = Dib::StrideFor(opt.Width);
   const uint32_t evenW = c.W & ~1u, evenH = c.H & ~1u;
@@ -205,9 +200,7 @@ TEST_F(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero
   model.CurOptical().Height = 12;
   EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
   const ReadOutcome out = Read(test::ScratchFolder() / "gone.tif", false);
-  EXPECT_EQ(out.Result, 1);
-  EXPECT_FALSE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
+  EXPECT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, false, 0u));
   EXPECT_EQ(model.CurOptical().Height, 12);
   ASSERT_EQ(prompt.OpenRequests.size(), 2u);
   EXPECT_EQ(prompt.OpenRequests[0].Title, "Open TIFF file");
@@ -247,7 +240,8 @@ TEST_F(TiffReader, FileNameFromTheFolderAndTheImage) {
 TEST_F(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
   const auto folder = test::ScratchFolder();
   for (uint32_t i = 1; i <= 3; ++i)
-    WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16}, [=](uint32_t, uint32_t, uint32_t) { return i; });
+    WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16},
+              [=](uint32_t, uint32_t, uint32_t) { return i; });
   WriteTiff(folder / "rgb.tif", {4, 4, 3, 8}, [](uint32_t, uint32_t, uint32_t) { return 7; });
   std::vector<int> asked;
   auto place = [&asked](int where) {
@@ -259,18 +253,17 @@ TEST_F(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefuses
   const CoreSection& s = model.CurSection();
   Read(folder / "r1.tif", true);
   EXPECT_EQ(Read(folder / "rgb.tif", true, true, place(0)).Result, 0);
-  EXPECT_EQ(s.RadiographCount, 1);
-  EXPECT_EQ(s.Radiographs[0].Samples.at(0), 1);
-  EXPECT_FALSE(s.Radiographs[1].Loaded());
-  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);  // the count, as the scanner software left it
+  // The refused one gives its place back; the index is the count, as the scanner software left it.
+  EXPECT_EQ(std::tuple(s.RadiographCount, s.Radiographs[0].Samples.at(0), s.Radiographs[1].Loaded()),
+            std::tuple(1, 1, false));
+  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
   // The second goes left of the first, the third in the middle.
   Read(folder / "r2.tif", true, true, place(0));
   Read(folder / "r3.tif", true, true, place(1));
   EXPECT_EQ(asked, (std::vector<int>{2, 2, 3}));
   EXPECT_EQ(s.RadiographCount, 3);
-  EXPECT_EQ(s.Radiographs[0].Samples[0], 2);
-  EXPECT_EQ(s.Radiographs[1].Samples[0], 3);
-  EXPECT_EQ(s.Radiographs[2].Samples[0], 1);
+  EXPECT_EQ(std::tuple(s.Radiographs[0].Samples[0], s.Radiographs[1].Samples[0], s.Radiographs[2].Samples[0]),
+            std::tuple(2, 3, 1));
   EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
 
   EXPECT_EQ(ReadTiffImage(model, prompt, true, true).Result, 0);

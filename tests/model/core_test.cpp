@@ -43,10 +43,7 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
     LoadRadiograph(m, 500);
     PlotState& p = m.Plot();
     WorkingBlock& w = m.Work();
-    p.Modified = r.modified;
-    p.SectionCount = r.sections;
-    p.ZoomFactor = 8;
-    p.OverlayOr = 1;
+    std::tie(p.Modified, p.SectionCount, p.ZoomFactor, p.OverlayOr) = std::tuple(r.modified, r.sections, 8, 1u);
     w.OpticalEnd = 55;
     std::tie(w.ShowRadiograph, w.ShowOptical, w.ShowCoreName, w.ShowSectionName) = std::tuple(0u, 1u, 1u, 0u);
     m.Settings().DataSetOfPlot[0] = kRadiographDataSet;
@@ -56,24 +53,16 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
     test::ScriptedPrompt prompt;
     prompt.Answers.push_back(r.answer);
     EXPECT_EQ(NewCore(m, &prompt), r.cleared);
-    if (r.question) {
-      ASSERT_EQ(prompt.Messages.size(), 1u);
-      EXPECT_EQ(prompt.Messages[0].Text, r.question);
-      EXPECT_EQ(prompt.Messages[0].Caption, "");
-      EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::YesNo);
-    } else {
-      EXPECT_TRUE(prompt.Messages.empty());
-    }
+    EXPECT_EQ(prompt.Texts(), r.question ? std::vector<std::string>{r.question} : std::vector<std::string>{});
+    for (const auto& shown : prompt.Messages)
+      EXPECT_EQ(std::tuple(shown.Caption, shown.ButtonSet), std::tuple("", Buttons::YesNo));
     // A No changes nothing at all.
-    EXPECT_EQ(m.CurSection().PointCount, r.cleared ? 0 : 500);
-    EXPECT_EQ(m.CurRadiograph().Samples.size(), r.cleared ? 0u : 2000u);
-    EXPECT_EQ(p.ZoomFactor, r.cleared ? 1 : 8);
-    EXPECT_EQ(p.SectionCount, r.cleared ? 1 : r.sections);
-    EXPECT_EQ(p.OverlayOr, r.cleared ? 0u : 1u);
-    EXPECT_EQ(w.OpticalEnd, r.cleared ? 0.0f : 55.0f);
+    EXPECT_EQ(std::tuple(m.CurSection().PointCount, m.CurRadiograph().Samples.size(), p.ZoomFactor, p.SectionCount),
+              r.cleared ? std::tuple(0, size_t(0), 1, 1) : std::tuple(500, size_t(2000), 8, r.sections));
+    EXPECT_EQ(std::pair(p.OverlayOr, w.OpticalEnd), r.cleared ? std::pair(0u, 0.0f) : std::pair(1u, 55.0f));
     EXPECT_EQ(m.Settings().DataSetOfPlot[0], r.cleared ? 0 : kRadiographDataSet) << "a new core has no curve selected";
-    EXPECT_EQ(toolsEnded, r.cleared) << "an open tool is told its data is gone";
-    EXPECT_EQ(repaints, r.cleared);
+    // An open tool is told its data is gone.
+    EXPECT_EQ(std::pair(toolsEnded, repaints), std::pair(int(r.cleared), int(r.cleared)));
     EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuZoom), !r.cleared) << "New greys the menus (menu_rules_test.cpp)";
     EXPECT_EQ(std::tuple(w.ShowRadiograph, w.ShowOptical, w.ShowCoreName, w.ShowSectionName),
               std::tuple(0u, 1u, 1u, 0u));
@@ -127,8 +116,7 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisAndTheFirstCurveFromTheStepSizeTex
     std::strcpy(m.CurSection().StepSizeText, r.step);
     UpdateMenusAfterLoad(m, true);
     const CoreSection& s = m.CurSection();
-    EXPECT_EQ(m.Work().SampleStep, r.wantStep);
-    EXPECT_EQ(s.PointCount, r.points);
+    EXPECT_EQ(std::pair(m.Work().SampleStep, s.PointCount), std::pair(r.wantStep, r.points));
     for (const float length : {m.Plot().DepthSpan, m.Plot().SectionLength[0], m.Plot().AxisLength})
       EXPECT_NEAR(length, r.span, 0.01f);
     EXPECT_NEAR(m.Work().EndCoordinate, r.span + 1234.6f, 0.01f);
