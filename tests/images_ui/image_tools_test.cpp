@@ -35,8 +35,7 @@ class ImageTools : public ::testing::Test {
 
 TEST_F(ImageTools, OpticalSizeDialogSpinRangesAndTheBottomFollowingTheTop) {
   OpticalImageDesc& opt = host.M.CurOptical();
-  opt.OpticalTop = 20;
-  opt.OpticalLength = 30;
+  std::tie(opt.OpticalTop, opt.OpticalLength) = std::pair(20, 30);
   opt.DrawnRect = {10, 40, 50, 640};
   OpticalSizeDialog* d = ShowTool<OpticalSizeDialog>(host);
   const PlotState& plot = host.M.Plot();

@@ -162,9 +162,8 @@ TEST_F(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
     prompt.Messages.clear();
     model.Settings().ShowWarnings = r.ShowWarnings;
     CoreSection& previous = model.Section(0);
-    previous.TubeVoltage = 30;  // same as the file
-    previous.TubeCurrent = 20;
-    previous.Exposure = 400;
+    // The voltage as in the file; the current, the exposure and the tube not.
+    std::tie(previous.TubeVoltage, previous.TubeCurrent, previous.Exposure) = std::tuple(30, 20, 400);
     CopyField(previous.TubeText, "W");
     model.Plot().CurSectionIndex = r.Section;
     ParseSectionMetadata(model, prompt, kFull, r.Warn);

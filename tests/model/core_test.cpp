@@ -16,8 +16,7 @@ void LoadRadiograph(Model& m, int rows, const char* stepText = "200 um") {
   NewCore(m, nullptr);
   m.Work().SampleStep = 1;
   RadiographDesc& r = m.CurRadiograph();
-  r.Width = 4;
-  r.Height = rows;
+  std::tie(r.Width, r.Height) = std::pair(4, rows);
   r.Samples.assign(size_t(4) * size_t(rows), 100);
   m.CurSection().RadiographCount = 1;
   std::strcpy(m.CurSection().StepSizeText, stepText);
@@ -111,8 +110,7 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisAndTheFirstCurveFromTheStepSizeTex
     m.Work().StartCoordinate = 1234.6f;
     m.Settings().ShowRadiographData = r.curve;
     RadiographDesc& rad = m.CurRadiograph();
-    rad.Width = 2;
-    rad.Height = r.rows;
+    std::tie(rad.Width, rad.Height) = std::pair(2, r.rows);
     std::strcpy(m.CurSection().StepSizeText, r.step);
     UpdateMenusAfterLoad(m, true);
     const CoreSection& s = m.CurSection();
@@ -137,8 +135,7 @@ TEST(UpdateMenusAfterLoad, OpticalLoadKeepsARadiographsPointsAndLabelsTheWidth) 
   Model m;
   LoadRadiograph(m, 1000, "100 um");  // 1000 points of 0.1 mm
   OpticalImageDesc& o = m.CurOptical();
-  o.Width = 300;
-  o.Height = 2000;
+  std::tie(o.Width, o.Height) = std::pair(300, 2000);
   m.App.Menu.EnableTop(kMenuOptical, false);
   UpdateMenusAfterLoad(m, false);
   EXPECT_EQ(m.CurSection().PointCount, 1000);
@@ -148,8 +145,7 @@ TEST(UpdateMenusAfterLoad, OpticalLoadKeepsARadiographsPointsAndLabelsTheWidth) 
 
   Model opticalOnly;
   NewCore(opticalOnly, nullptr);
-  opticalOnly.CurOptical().Width = 10;
-  opticalOnly.CurOptical().Height = 20000;
+  std::tie(opticalOnly.CurOptical().Width, opticalOnly.CurOptical().Height) = std::pair(10, 20000);
   UpdateMenusAfterLoad(opticalOnly, false);
   EXPECT_EQ(opticalOnly.CurSection().PointCount, kMaxPoints) << "never beyond the section's arrays";
 }

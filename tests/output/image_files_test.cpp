@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <tuple>
 
 #include "model/file_replace.h"
 #include "model/messages.h"
@@ -25,9 +26,7 @@ class FakeDisplay : public BitmapSource {
   std::vector<uint8_t> Extra;  // what the display puts after the header
 
   FakeDisplay(int32_t width, int32_t height, uint16_t bits = 24) {
-    Format.Width = width;
-    Format.Height = height;
-    Format.BitCount = bits;
+    std::tie(Format.Width, Format.Height, Format.BitCount) = std::tuple(width, height, bits);
   }
   bool Describe(BitmapInfoHeader& header) override {
     header = Format;
