@@ -1,5 +1,6 @@
 // Display conversion and automatic contrast: the arithmetic rows users see on screen.
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <tuple>
@@ -16,19 +17,15 @@ namespace {
 
 // A one-row radiograph of the given samples, bitmap allocated.
 void MakeRadiograph(RadiographDesc& r, const std::vector<uint16_t>& samples, int width) {
-  r.Width = width;
-  r.Height = int32_t(samples.size()) / width;
+  std::tie(r.Width, r.Height) = std::pair(width, int32_t(samples.size()) / width);
   r.Samples.assign(samples.begin(), samples.end());
   AllocateDib(r.Bitmap, r.Width, r.Height);
-  int m = 0;
-  for (uint16_t s : samples) m = std::max<int>(m, s);
-  r.MaxValue = m;
+  r.MaxValue = *std::max_element(samples.begin(), samples.end());
 }
 
 uint8_t Grey(const RadiographDesc& r, int x, int y) {
   const uint8_t* p = &r.Bitmap.Bits[size_t(y) * r.Bitmap.Stride + size_t(x) * 3];
-  EXPECT_EQ(p[0], p[1]);
-  EXPECT_EQ(p[1], p[2]);
+  EXPECT_TRUE(p[0] == p[1] && p[1] == p[2]) << "grey at " << x << "," << y;
   return p[0];
 }
 

@@ -272,14 +272,12 @@ TEST(VisibleWindowPlace, KeepsShrinksOrMovesTheStoredRectangle) {
 // user's configuration folder, unless the working folder already has them.
 TEST_F(SettingsFilesTest, SettingsFolderOfABuildAndOfAnInstalledProgram) {
   const fs::path prefix = folder_ / "usr";
-  fs::create_directories(prefix / "lib" / "sedra-plot");
-  fs::create_directories(prefix / "share" / "applications");
-  WriteAll(prefix / "share" / "applications" / "sedra-plot.desktop", {});
   const fs::path installed = prefix / "lib" / "sedra-plot" / "sedra-plot";
   const fs::path build = folder_ / "build" / "release" / "sedra-plot";
   const fs::path work = folder_ / "work", settled = folder_ / "settled", home = folder_ / "home";
-  fs::create_directories(work);
-  fs::create_directories(settled);
+  for (const fs::path& dir : {prefix / "lib" / "sedra-plot", prefix / "share" / "applications", work, settled})
+    fs::create_directories(dir);
+  WriteAll(prefix / "share" / "applications" / "sedra-plot.desktop", {});
   WriteAll(settled / "defaults.def", {});
   const struct {
     const char* What;
