@@ -1,7 +1,9 @@
 // Display conversion and automatic contrast: the arithmetic rows users see on screen.
 
+#include <algorithm>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -15,19 +17,15 @@ namespace {
 
 // A one-row radiograph of the given samples, bitmap allocated.
 void MakeRadiograph(RadiographDesc& r, const std::vector<uint16_t>& samples, int width) {
-  r.Width = width;
-  r.Height = int32_t(samples.size()) / width;
+  std::tie(r.Width, r.Height) = std::pair(width, int32_t(samples.size()) / width);
   r.Samples.assign(samples.begin(), samples.end());
   AllocateDib(r.Bitmap, r.Width, r.Height);
-  int m = 0;
-  for (uint16_t s : samples) m = std::max<int>(m, s);
-  r.MaxValue = m;
+  r.MaxValue = *std::max_element(samples.begin(), samples.end());
 }
 
 uint8_t Grey(const RadiographDesc& r, int x, int y) {
   const uint8_t* p = &r.Bitmap.Bits[size_t(y) * r.Bitmap.Stride + size_t(x) * 3];
-  EXPECT_EQ(p[0], p[1]);
-  EXPECT_EQ(p[1], p[2]);
+  EXPECT_TRUE(p[0] == p[1] && p[1] == p[2]) << "grey at " << x << "," << y;
   return p[0];
 }
 
@@ -111,15 +109,11 @@ TEST_P(OpticalDib, WindowAndColourEmphasis) {
   o.Height = 1;
   o.Pixels = {c.Source, c.Source, c.Source, 9};  // padding byte 9 must not be copied...
   AllocateDib(o.Bitmap, 1, 1);
-  o.Lower = c.Lower;
-  o.Upper = c.Upper;
-  o.RedLevel = c.Red;
-  o.GreenLevel = c.Green;
-  o.BlueLevel = c.Blue;
+  std::tie(o.Lower, o.Upper, o.RedLevel, o.GreenLevel, o.BlueLevel) =
+      std::tuple(c.Lower, c.Upper, c.Red, c.Green, c.Blue);
   UpdateOpticalDib(o);
-  EXPECT_EQ(o.Bitmap.Bits[0], c.ExpectB);
-  EXPECT_EQ(o.Bitmap.Bits[1], c.ExpectG);
-  EXPECT_EQ(o.Bitmap.Bits[2], c.ExpectR);
+  const uint8_t* bgr = o.Bitmap.Bits.data();
+  EXPECT_EQ(std::tuple(bgr[0], bgr[1], bgr[2]), std::tuple(c.ExpectB, c.ExpectG, c.ExpectR));
   EXPECT_EQ(o.Upper, c.ExpectUpper);
   const bool shortcut = c.Lower <= 0 && c.Upper == 256 && c.Red == 256 && c.Green == 256 && c.Blue == 256;
   EXPECT_EQ(o.Bitmap.Bits[3], shortcut ? 9 : 0);  // ...except by the plain copy
@@ -163,14 +157,12 @@ TEST_P(AutoContrastRows, TwoPercentEachSide) {
   RadiographDesc& r = model.CurRadiograph();
   MakeRadiograph(r, c.Samples, c.Width);
   r.Regions[2] = c.Region;
-  r.Regions[2].Lower = -5;
-  r.Regions[2].Upper = -6;
+  std::tie(r.Regions[2].Lower, r.Regions[2].Upper) = std::tuple(-5, -6);
   model.Work().SampleStep = c.Step;
   model.App.Histogram.assign(65536, 77);  // stale counts must not matter
   AutoContrast(model, 2);
-  EXPECT_EQ(r.Regions[2].Lower, c.ExpectLower);
-  EXPECT_EQ(r.Regions[2].Upper, c.ExpectUpper);
-  EXPECT_EQ(model.App.HistBinWidth, c.ExpectBinWidth);
+  EXPECT_EQ(std::tuple(r.Regions[2].Lower, r.Regions[2].Upper, model.App.HistBinWidth),
+            std::tuple(c.ExpectLower, c.ExpectUpper, c.ExpectBinWidth));
 }
 
 INSTANTIATE_TEST_SUITE_P(

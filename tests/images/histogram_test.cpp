@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <tuple>
 
 namespace sedra {
 namespace {
@@ -23,9 +24,7 @@ TEST(RadiographHistogram, RangeBinsAndBars) {
   const std::vector<uint32_t> counts(65536, 0);
   for (const Row& r : rows) {
     const RadiographScale s = ScaleRadiographHistogram(counts, r.Upper, r.MaxValue, 513, 100);
-    EXPECT_EQ(s.Range, r.Range) << r.Upper;
-    EXPECT_EQ(s.BinWidth, r.BinWidth) << r.Upper;
-    EXPECT_EQ(s.Bars, r.Bars) << r.Upper;
+    EXPECT_EQ(std::tuple(s.Range, s.BinWidth, s.Bars), std::tuple(r.Range, r.BinWidth, r.Bars)) << r.Upper;
     EXPECT_EQ(s.Peak, 1u) << "an empty histogram still has a peak of 1";
   }
 }
@@ -39,15 +38,12 @@ TEST(RadiographHistogram, SquareRootHeightsAndMarkers) {
   counts[11] = 100;  // bar 5: 400
   counts[40] = 9;    // bar 20: 9
   const RadiographScale s = ScaleRadiographHistogram(counts, 1400, 2100, 1051, 100);
-  ASSERT_EQ(s.BinWidth, 2);
-  ASSERT_EQ(s.Bars, 1050);
-  EXPECT_EQ(s.Peak, 400u);
+  ASSERT_EQ(std::tuple(s.BinWidth, s.Bars, s.Peak), std::tuple(2, 1050, 400u));
   EXPECT_FLOAT_EQ(s.PixelsPerCount, 3.75f);
-  EXPECT_EQ(s.BarY(400, 100), 99 - 75);
-  EXPECT_EQ(s.BarY(9, 100), 99 - 11) << "3 x 3.75: small counts stay visible";
-  EXPECT_EQ(s.BarY(0, 100), 98) << "an empty bar sits one above the bottom";
-  EXPECT_EQ(s.BarFrom(counts, 10), 400u);
-  EXPECT_EQ(s.BarFrom(counts, 11), 100u) << "the bar that starts at the marker's level";
+  // 9 is 3 x 3.75 high: small counts stay visible; an empty bar sits one above the bottom.
+  EXPECT_EQ(std::tuple(s.BarY(400, 100), s.BarY(9, 100), s.BarY(0, 100)), std::tuple(99 - 75, 99 - 11, 98));
+  // Under a marker, the bar that starts at its level.
+  EXPECT_EQ(std::tuple(s.BarFrom(counts, 10), s.BarFrom(counts, 11)), std::tuple(400u, 100u));
   EXPECT_EQ(s.MarkerX(41), 20) << "level 41 is in bar 20";
 }
 
@@ -63,26 +59,23 @@ TEST(RadiographHistogram, DragMovesTheNearerMarkerToOneBarPastThePointer) {
   } rows[] = {{8, 0, 5, 0}, {16, 0, 9, 16}, {25, 0, 13, 0}, {26, 1, 14, 0}, {60, 1, 31, 0}};
   for (const Row& r : rows) {
     const RadiographDrag d = DragRadiographMarker(s, counts, r.X, markers);
-    EXPECT_EQ(d.Marker, r.Marker) << r.X << ": the upper one only when strictly nearer";
-    EXPECT_EQ(d.Level, r.Level) << r.X;
-    EXPECT_EQ(d.Sum, r.Sum) << r.X;
+    // The upper marker only when strictly nearer.
+    EXPECT_EQ(std::tuple(d.Marker, d.Level, d.Sum), std::tuple(r.Marker, r.Level, r.Sum)) << r.X;
   }
 }
 
 TEST(OpticalHistogram, CountsTheFirstThirdEveryThirdByte) {
   // 2 x 3 pixels, rows padded to 8 bytes: bytes 0, 3 and 6 are below (2 + 1) x 3 = 9.
   OpticalImageDesc opt{};
-  opt.Width = 2;
-  opt.Height = 3;
+  std::tie(opt.Width, opt.Height) = std::pair(2, 3);
   opt.Pixels = {10, 11, 12, 13, 14, 15, 16, 17, 20, 21, 22, 23, 24, 25, 26, 27, 30, 31, 32, 33, 34, 35, 36, 37};
   OpticalCounts counts;
   CountOpticalLevels(opt, counts);
   EXPECT_EQ(std::accumulate(std::begin(counts), std::end(counts), 0u), 3u);
   EXPECT_EQ(counts[10] + counts[13] + counts[16], 3u);
   const OpticalScale s = ScaleOpticalHistogram(counts, 257, 200);
-  EXPECT_EQ(s.PeakBin, 10) << "the first of the equal largest";
-  EXPECT_FLOAT_EQ(s.LevelsPerPixel, 1.0f);
-  EXPECT_EQ(s.CurveHeight(1), 150);
+  // The peak is the first of the equal largest.
+  EXPECT_EQ(std::tuple(s.PeakBin, s.LevelsPerPixel, s.CurveHeight(1)), std::tuple(10, 1.0f, 150));
   EXPECT_EQ(CountOf(counts, 300), 0u) << "a typed level beyond the counters";
 }
 

@@ -18,32 +18,23 @@ TEST(RadiographView, TwiceTheImagesWidthLeftOfTheDialog) {
   rad.Height = 6900;
   const RadiographView v = LayOutRadiographView(rad, 700, 1400, 2);
   EXPECT_FLOAT_EQ(v.ViewScale, 10.0f) << "6900 rows over 690 pixels";
-  EXPECT_EQ(v.DrawnWidth, 1000);
-  EXPECT_EQ(v.WindowX, 1400 - 1000 - 25);
-  EXPECT_EQ(v.WindowWidth, 1004);
-  EXPECT_EQ(v.WindowHeight, 694);
+  EXPECT_EQ(std::tuple(v.DrawnWidth, v.WindowX, v.WindowWidth, v.WindowHeight),
+            std::tuple(1000, 1400 - 1000 - 25, 1004, 694));
   EXPECT_EQ(Tie(v.ViewRect), std::tuple(0, 0, 999, 689));
   // Shown 1000 wide (ViewRect right 999): x 500 is column 500 x 500 / 999 = 250.
   rad.ViewRect = v.ViewRect;
   rad.ViewScale = v.ViewScale;
-  EXPECT_EQ(ColumnAt(rad, 500), 250);
-  EXPECT_EQ(ColumnAt(rad, 999), 500);
+  EXPECT_EQ(std::pair(ColumnAt(rad, 500), ColumnAt(rad, 999)), std::pair(250, 500));
 }
 
 TEST(OpticalView, HeightFollowsTheZoomAndTheCropIsScaledByTheHeight) {
   OpticalImageDesc opt{};
   opt.Width = 240;
   opt.Height = 1551;
-  opt.CropLeft = 10;
-  opt.CropTop = 20;
-  opt.CropRight = 239;
-  opt.CropBottom = 1550;
+  std::tie(opt.CropLeft, opt.CropTop, opt.CropRight, opt.CropBottom) = std::tuple(10, 20, 239, 1550);
   const OpticalView v = LayOutOpticalView(opt, 710, 2, 1);
-  EXPECT_EQ(v.AvailableHeight, 700);
-  EXPECT_EQ(v.DrawnHeight, 2 * 698);
-  EXPECT_EQ(v.DrawnWidth, 240 * 1396 / 1551);
-  EXPECT_EQ(v.WindowWidth, v.DrawnWidth + 2);
-  EXPECT_EQ(v.WindowX, v.WindowWidth + 50);
+  EXPECT_EQ(std::tuple(v.AvailableHeight, v.DrawnHeight, v.DrawnWidth), std::tuple(700, 2 * 698, 240 * 1396 / 1551));
+  EXPECT_EQ(std::pair(v.WindowWidth, v.WindowX), std::pair(v.DrawnWidth + 2, v.DrawnWidth + 2 + 50));
   // Each edge times 700 / 1550, rounded down, across as well as along.
   EXPECT_EQ(Tie(v.Focus), std::tuple(4, 9, 107, 700));
 }

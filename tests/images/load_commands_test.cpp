@@ -10,19 +10,15 @@
 #include "import/sample_files.h"
 #include "model/menu_state.h"
 #include "model/messages.h"
-#include "model/model.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
 
-using test::ScriptedPrompt;
+using LoadCommands = test::ReaderTest;
 
-TEST(LoadCommands, RadiographThenOpticalFillTheSection) {
+TEST_F(LoadCommands, RadiographThenOpticalFillTheSection) {
   const auto folder = test::ScratchFolder();
   test::MakeSampleCore(folder, "--length 600 --width 80 --optical-length 640 --optical-width 90 --raw-values 0");
-  Model model;
-  ScriptedPrompt prompt;
   int repaints = 0;
   model.Invalidate = [&] { ++repaints; };
   prompt.ChooseFile((folder / "radiograph.tif").string());
@@ -35,24 +31,19 @@ TEST(LoadCommands, RadiographThenOpticalFillTheSection) {
   const CoreSection& s = model.CurSection();
   const RadiographDesc& rad = model.CurRadiograph();
   EXPECT_EQ(rad.Valid, 1u);
-  EXPECT_EQ(rad.Regions[0].X2, 79);
-  EXPECT_EQ(rad.Regions[0].Y2, 599);
+  EXPECT_EQ(std::pair(rad.Regions[0].X2, rad.Regions[0].Y2), std::pair(79, 599));
   EXPECT_LT(rad.Regions[0].Lower, rad.Regions[0].Upper);
   // The display is drawn from the samples through the window the load chose, which
   // the user regions share until they are defined.
   EXPECT_EQ(rad.DisplayFromSamples, 1u);
-  for (int k = 1; k < kRegionCount; ++k) {
-    EXPECT_EQ(rad.Regions[k].Lower, rad.Regions[0].Lower);
-    EXPECT_EQ(rad.Regions[k].Upper, rad.Regions[0].Upper);
-  }
-  EXPECT_EQ(model.Plot().DataRegionLeft, 0);
-  EXPECT_EQ(model.Plot().DataRegionRight, 80);
+  const RadiographRegion& whole = rad.Regions[0];
+  for (int k = 1; k < kRegionCount; ++k)
+    EXPECT_EQ(std::pair(rad.Regions[k].Lower, rad.Regions[k].Upper), std::pair(whole.Lower, whole.Upper)) << k;
+  EXPECT_EQ(std::pair(model.Plot().DataRegionLeft, model.Plot().DataRegionRight), std::pair(0, 80));
 
+  // The depth axis follows the step size document.txt gives: 600 points of 0.2 mm.
   EXPECT_EQ(s.Optical.Height, 640);
-  EXPECT_STREQ(s.SiteName, "Kingsport Bay");
-  EXPECT_STREQ(s.StepSizeText, "200 microns");
-  EXPECT_EQ(s.PointCount, 600);
-  EXPECT_FLOAT_EQ(model.Plot().DepthSpan, 120.0f);  // 600 points of 0.2 mm
+  EXPECT_FLOAT_EQ(model.Plot().DepthSpan, 120.0f);
   EXPECT_FLOAT_EQ(s.StartDepth, 100.0f);
   EXPECT_TRUE(model.App.Menu.IsTopEnabled(kMenuRadiograph));
   EXPECT_TRUE(model.App.Menu.IsTopEnabled(kMenuOptical));
@@ -60,9 +51,7 @@ TEST(LoadCommands, RadiographThenOpticalFillTheSection) {
   EXPECT_EQ(s.Optical.FirstShownPixel, 25);  // round(5 x 640 / 130)
 }
 
-TEST(LoadCommands, DecliningNewChangesNothing) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(LoadCommands, DecliningNewChangesNothing) {
   model.Plot().Modified = 1;
   model.CurSection().RadiographCount = 1;
   prompt.Answers.push_back(Answer::No);
@@ -72,22 +61,9 @@ TEST(LoadCommands, DecliningNewChangesNothing) {
   EXPECT_EQ(model.CurSection().RadiographCount, 1);
 }
 
-TEST(LoadCommands, OpticalCancelStillReadsTheMetadata) {
-  const auto folder = test::ScratchFolder();
-  Model model;
-  ScriptedPrompt prompt;
-  CopyField(model.Settings().SectionFolder, folder.string().c_str());
-  EXPECT_FALSE(CommandReadOptical(model, prompt));
-  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kDocumentNotFound});
-  EXPECT_EQ(model.CurSection().ScanYear, 2000);
-  EXPECT_TRUE(model.App.Menu.IsTopEnabled(kMenuOptical));
-}
-
-TEST(LoadCommands, RawCommandResetsZoomAndLoads) {
+TEST_F(LoadCommands, RawCommandResetsZoomAndLoads) {
   const auto folder = test::ScratchFolder();
   test::MakeSampleCore(folder, "--raw-values 400 --raw-lines 90 --missing optical.tif --missing radiograph.tif");
-  Model model;
-  ScriptedPrompt prompt;
   int zoomResets = 0;
   prompt.ChooseFile((folder / "radiograph.raw").string());
   ASSERT_TRUE(CommandReadRaw(model, prompt, false, [&] { ++zoomResets; }));
@@ -100,21 +76,25 @@ TEST(LoadCommands, RawCommandResetsZoomAndLoads) {
   EXPECT_STREQ(model.CurSection().FileName, "");  // a RAW read leaves the file name
 }
 
-// A refused radiograph stops before the metadata; a missing document.txt does not stop
-// the image.
-TEST(LoadCommands, RadiographRefusalAndMissingDocument) {
+// A cancelled optical read still reads the metadata; a refused radiograph stops before
+// it; a missing document.txt does not stop the image.
+TEST_F(LoadCommands, CancelRefusalAndMissingDocument) {
   const auto folder = test::ScratchFolder();
   test::MakeSampleCore(folder, "--length 100 --width 10 --missing document.txt --raw-values 0");
   test::WriteBytes(folder / "bad.tif", "not a tiff");
-  Model model;
-  ScriptedPrompt prompt;
+  CopyField(model.Settings().SectionFolder, folder.string().c_str());
+  EXPECT_FALSE(CommandReadOptical(model, prompt));
+  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kDocumentNotFound});
+  EXPECT_EQ(model.CurSection().ScanYear, 2000);
+  EXPECT_TRUE(model.App.Menu.IsTopEnabled(kMenuOptical));
   prompt.ChooseFile((folder / "bad.tif").string());
   EXPECT_FALSE(CommandReadRadiograph(model, prompt));
-  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kNotVersion42});
+  EXPECT_EQ(prompt.Texts(), (std::vector<std::string>{msg::kDocumentNotFound, msg::kNotVersion42}));
   EXPECT_FALSE(model.App.Menu.IsTopEnabled(kMenuRadiograph));
   prompt.ChooseFile((folder / "radiograph.tif").string());
   EXPECT_TRUE(CommandReadRadiograph(model, prompt));
-  EXPECT_EQ(prompt.Texts(), (std::vector<std::string>{msg::kNotVersion42, msg::kDocumentNotFound}));
+  EXPECT_EQ(prompt.Texts(),
+            (std::vector<std::string>{msg::kDocumentNotFound, msg::kNotVersion42, msg::kDocumentNotFound}));
   EXPECT_STREQ(model.CurSection().SectionName, "1");
   EXPECT_EQ(model.CurSection().PointCount, 100);
 }

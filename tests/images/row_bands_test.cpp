@@ -82,8 +82,7 @@ TEST_P(RowBands, SameBitmapAndWindowAsOneThread) {
     AutoContrastInBands(model, 6, c.Bands);
   }
   EXPECT_TRUE(r.Bitmap.Bits == oneBitmap);
-  EXPECT_EQ(r.Regions[6].Lower, oneWindow.Lower);
-  EXPECT_EQ(r.Regions[6].Upper, oneWindow.Upper);
+  EXPECT_EQ(std::pair(r.Regions[6].Lower, r.Regions[6].Upper), std::pair(oneWindow.Lower, oneWindow.Upper));
   EXPECT_TRUE(model.App.Histogram == oneHistogram);
   // The window is a real one, not the fall-through of an empty count.
   EXPECT_GT(oneWindow.Lower, 0);

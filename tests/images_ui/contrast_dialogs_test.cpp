@@ -27,14 +27,16 @@ void Drag(RadImageWindow& window, int x0, int y0, int x1, int y1) {
   for (int k = 1; k <= steps; ++k) window.OnMouseMove(x0 + (x1 - x0) * k / steps, y0 + (y1 - y0) * k / steps, true);
 }
 
-// 100 x 100 samples, each row one value (0..99): "Auto" on region 0, whose far row and
-// column are not counted, gives 0 and 98.
-void LoadRows(Model& m) { LoadRadiograph(m, 100, 100, [](int, int y) { return uint16_t(y); }, 5, 60); }
-
-TEST(RadiographContrast, CancelPutsBackAllEightRegionsAfterAutoEditsAndDrags) {
+// 100 x 100 samples, each row one value (0..99), window 5..60: "Auto" on region 0, whose
+// far row and column are not counted, gives 0 and 98.
+class RadiographContrast : public ::testing::Test {
+ protected:
+  void SetUp() override { LoadRadiograph(host.M, 100, 100, [](int, int y) { return uint16_t(y); }, 5, 60); }
   ToolHost host;
-  LoadRows(host.M);
   RadiographDesc& rad = host.M.CurRadiograph();
+};
+
+TEST_F(RadiographContrast, CancelPutsBackAllEightRegionsAfterAutoEditsAndDrags) {
   rad.Regions[6] = {10, 10, 50, 50, 30, 40};
   rad.CurRegion = 6;
   const RadiographDesc before = rad;
@@ -45,9 +47,7 @@ TEST(RadiographContrast, CancelPutsBackAllEightRegionsAfterAutoEditsAndDrags) {
   EXPECT_EQ(d->windowTitle(), "Region 0, X: 0 0, Y: 0 0");
 
   Click(d, 1445);  // Auto
-  EXPECT_EQ(rad.Regions[0].Lower, 0);
-  EXPECT_EQ(rad.Regions[0].Upper, 98);
-  EXPECT_EQ(Text(d, 1031), "98");
+  EXPECT_EQ(std::tuple(rad.Regions[0].Lower, rad.Regions[0].Upper, Text(d, 1031)), std::tuple(0, 98, "98"));
 
   // A region cannot be chosen before the radiograph window has painted.
   Click(d, 1388);
@@ -59,23 +59,21 @@ TEST(RadiographContrast, CancelPutsBackAllEightRegionsAfterAutoEditsAndDrags) {
   Click(d, 1388);
   EXPECT_EQ(rad.CurRegion, 4);
 
-  // Drag a region 4 on the window from (1, 1): committed in image pixels.
+  // Drag a region 4 on the window from (1, 1), the bottom right corner following:
+  // committed in image pixels.
   window.OnButtonDown();
   window.OnMouseMove(1, 1, true);
-  EXPECT_EQ(std::tie(rad.EditRect.Left, rad.EditRect.Top, rad.EditRect.Right, rad.EditRect.Bottom),
-            std::tuple(0, 0, 1, 1));
-  Drag(window, 1, 1, 99, 296);  // the bottom right corner follows
+  Drag(window, 1, 1, 99, 296);
   EXPECT_EQ(d->windowTitle(), "Region 4, X: 0 99, Y: 0 296");
   window.OnButtonUp();
-  EXPECT_EQ(rad.Regions[4].X2, 100 * 99 / 199);
-  EXPECT_EQ(rad.Regions[4].Y2, 50);
+  EXPECT_EQ(std::tuple(rad.Regions[4].X2, rad.Regions[4].Y2), std::tuple(100 * 99 / 199, 50));
   EXPECT_EQ(host.M.Plot().RadWndCapture, 0u);
 
   Type(d, 1030, "1234");
   Type(d, 1031, "no number");
   Click(d, 1203);
-  EXPECT_EQ(rad.Regions[4].Lower, 1234);
-  EXPECT_EQ(rad.Regions[4].Upper, 98) << "text that is not a number leaves the value";
+  // Text that is not a number leaves the value.
+  EXPECT_EQ(std::tuple(rad.Regions[4].Lower, rad.Regions[4].Upper), std::tuple(1234, 98));
   Click(d, 1519);  // Clear
   EXPECT_EQ(rad.Regions[4].X2, 0);
 
@@ -86,10 +84,7 @@ TEST(RadiographContrast, CancelPutsBackAllEightRegionsAfterAutoEditsAndDrags) {
   EXPECT_EQ(rad.CurRegion, 0) << "as it was when the dialog opened";
 }
 
-TEST(RadiographContrast, RegionDragNeedsARegionAndClearNeedsAUserRegion) {
-  ToolHost host;
-  LoadRows(host.M);
-  RadiographDesc& rad = host.M.CurRadiograph();
+TEST_F(RadiographContrast, RegionDragNeedsARegionAndClearNeedsAUserRegion) {
   RadContrastDialog* d = ShowTool<RadContrastDialog>(host);
   RadImageWindow& window = RadImageWindow::Of(host);
   window.OnMouseMove(30, 30, true);
@@ -113,11 +108,8 @@ TEST(RadiographContrast, RegionDragNeedsARegionAndClearNeedsAUserRegion) {
   EXPECT_EQ(std::tie(rad.Regions[2].X2, rad.Regions[2].Y2), std::tuple(100, 100));
 }
 
-TEST(RadiographContrast, MarkersSpinsAndTheSwappedCountBoxes) {
-  ToolHost host;
+TEST_F(RadiographContrast, MarkersSpinsAndTheSwappedCountBoxes) {
   // Region 0 counts rows 0..98 and columns 0..98: 99 of each value 0..98.
-  LoadRows(host.M);
-  RadiographDesc& rad = host.M.CurRadiograph();
   RadContrastDialog* d = ShowTool<RadContrastDialog>(host);
   auto* view = Control<HistogramView>(d, 1459);
   // Upper 60: range 90 in bars of 1 over the frame's width.
@@ -131,14 +123,12 @@ TEST(RadiographContrast, MarkersSpinsAndTheSwappedCountBoxes) {
   Type(d, 1030, "70");
   Click(d, 1203);
   emit view->Mouse(HistogramView::MouseKind::Up, QPoint(int(58 * perBar) + 1, 20));
-  EXPECT_EQ(rad.Regions[0].Upper, 59);
-  EXPECT_EQ(rad.Regions[0].Lower, 57);
+  EXPECT_EQ(std::tuple(rad.Regions[0].Lower, rad.Regions[0].Upper), std::tuple(57, 59));
   emit view->Mouse(HistogramView::MouseKind::Move, QPoint(-3, 20));
   EXPECT_EQ(rad.Regions[0].Upper, 59) << "outside the frame nothing moves";
   // A spin click steps the edit and applies it.
   Control<UpDown>(d, 1462)->Click(true);
-  EXPECT_EQ(Text(d, 1031), "60");
-  EXPECT_EQ(rad.Regions[0].Upper, 60);
+  EXPECT_EQ(std::tuple(Text(d, 1031), rad.Regions[0].Upper), std::tuple("60", 60));
 }
 
 TEST(OpticalContrast, TrackbarsApplyHistogramAndMarkers) {
@@ -157,8 +147,7 @@ TEST(OpticalContrast, TrackbarsApplyHistogramAndMarkers) {
   Type(d, 1030, "40");
   Type(d, 1031, "x");
   Click(d, 1203);
-  EXPECT_EQ(opt.Lower, 40);
-  EXPECT_EQ(opt.Upper, 256);
+  EXPECT_EQ(std::tuple(opt.Lower, opt.Upper), std::tuple(40, 256));
 
   auto* view = Control<HistogramView>(d, 1459);
   const QImage& picture = view->Picture();
@@ -172,14 +161,12 @@ TEST(OpticalContrast, TrackbarsApplyHistogramAndMarkers) {
   // A click far from both markers, right of the peak, moves the upper one.
   const int x = int(200 / levelsPerPixel);
   emit view->Mouse(HistogramView::MouseKind::Down, QPoint(x, 30));
-  EXPECT_EQ(opt.Upper, scale.LevelAt(x));
-  EXPECT_EQ(opt.Lower, 40);
+  EXPECT_EQ(std::tuple(opt.Lower, opt.Upper), std::tuple(40, scale.LevelAt(x)));
   EXPECT_EQ(picture.pixel(x, host.M.Plot().MarkerY[1] - 5) & 0xFFFFFF, 0xFFFFFFu) << "its white line";
   // Near the lower marker the lower one follows.
   const int nearLower = host.M.Plot().MarkerX[0] + 10;
   emit view->Mouse(HistogramView::MouseKind::Up, QPoint(nearLower, 30));
-  EXPECT_EQ(opt.Lower, scale.LevelAt(nearLower));
-  EXPECT_EQ(opt.Upper, scale.LevelAt(x));
+  EXPECT_EQ(std::tuple(opt.Lower, opt.Upper), std::tuple(scale.LevelAt(nearLower), scale.LevelAt(x)));
   EXPECT_EQ(Text(d, 1030), QString::number(opt.Lower));
 }
 

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <cstring>
 #include <functional>
+#include <tuple>
 
 #include "images/contrast.h"
 #include "import/read_support.h"
@@ -22,10 +23,7 @@ inline void LoadRadiograph(Model& m, int width, int height, const std::function<
                            int lower, int upper) {
   RadiographDesc& r = m.CurRadiograph();
   r.Clear();
-  r.Width = width;
-  r.Height = height;
-  r.Valid = 1;
-  r.HeightScale = 1.0f;
+  std::tie(r.Width, r.Height, r.Valid, r.HeightScale) = std::tuple(width, height, 1u, 1.0f);
   r.Samples.resize(size_t(width) * size_t(height));
   for (int y = 0; y < height; ++y)
     for (int x = 0; x < width; ++x) {
@@ -41,20 +39,15 @@ inline void LoadRadiograph(Model& m, int width, int height, const std::function<
   m.Work().SampleStep = 1;
   std::strcpy(m.CurSection().StepSizeText, "200 um");
   UpdateMenusAfterLoad(m, true);
-  m.Plot().DataRegionLeft = 0;
-  m.Plot().DataRegionRight = width;
+  std::tie(m.Plot().DataRegionLeft, m.Plot().DataRegionRight) = std::pair(0, width);
 }
 
 // An optical image of width x height pixels of one grey level per row (row % 256).
 inline void LoadOptical(Model& m, int width, int height) {
   OpticalImageDesc& o = m.CurOptical();
   o.Clear();
-  o.Width = width;
-  o.Height = height;
-  o.Valid = 1;
-  o.CropRight = width - 1;
-  o.CropBottom = height - 1;
-  o.Upper = 256;
+  std::tie(o.Width, o.Height, o.Valid, o.Upper) = std::tuple(width, height, 1u, 256);
+  std::tie(o.CropRight, o.CropBottom) = std::pair(width - 1, height - 1);
   AllocateDib(o.Bitmap, width, height);
   o.Pixels.assign(o.Bitmap.Bits.size(), 0);
   for (int y = 0; y < height; ++y)

@@ -6,19 +6,18 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "import/sample_files.h"
 #include "model/messages.h"
-#include "model/model.h"
 #include "support/german_numbers.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
 
-using test::ScriptedPrompt;
+using DocumentReader = test::ReaderTest;
 using FieldMap = std::map<std::string, std::string>;
 
 std::string Crlf(std::initializer_list<std::string> lines) {
@@ -43,29 +42,35 @@ FieldMap Fields(const Model& m) {
           {"Step", s.StepSizeText}, {"XrfExposure", s.XrfExposureText}, {"XrfVolt", s.XrfVoltText},
           {"Tube", s.TubeText}, {"Start", n(w.StartCoordinate)}, {"End", n(w.EndCoordinate)},
           {"OpticalStart", n(w.OpticalStart)}, {"OpticalEnd", n(w.OpticalEnd)},
-          {"OpticalStep", n(w.OpticalStepSize)}, {"Title", m.Plot().CoreTitle}};
+          {"OpticalStep", n(w.OpticalStepSize)}, {"Title", m.Plot().CoreTitle},
+          {"FirstShown", n(s.Optical.FirstShownPixel)}, {"LastShown", n(s.Optical.LastShownPixel)}};
 }
 
 struct DocumentCase {
   const char* Name;
   std::string Text;
   FieldMap Expect;
+  // The depth axis and the optical image the section has before the read.
+  float AxisLength = 0, StartDepth = 0;
+  int32_t OpticalRows = 0, FirstShown = 0;
 };
 
-class DocumentTable : public ::testing::TestWithParam<DocumentCase> {};
+class DocumentTable : public test::ReaderTest, public ::testing::WithParamInterface<DocumentCase> {};
 
 // Under a German desktop's locale: the file keeps its decimal point all the same.
 TEST_P(DocumentTable, StoresWhatTheCaptionsSay) {
   test::GermanNumbers german;
   ASSERT_TRUE(german.Active());
-  Model model;
-  ScriptedPrompt prompt;
   CopyField(model.CurSection().SiteName, "old site");
   CopyField(model.CurSection().CoreName, "old core");
   model.CurSection().ScanYear = 1999;
-  EXPECT_EQ(ParseSectionMetadata(model, prompt, GetParam().Text, false), 1);
+  const DocumentCase& c = GetParam();
+  std::tie(model.Plot().AxisLength, model.CurSection().StartDepth) = std::tuple(c.AxisLength, c.StartDepth);
+  OpticalImageDesc& opt = model.CurOptical();
+  std::tie(opt.Height, opt.FirstShownPixel, opt.LastShownPixel) = std::tuple(c.OpticalRows, c.FirstShown, -7);
+  EXPECT_EQ(ParseSectionMetadata(model, prompt, c.Text, false), 1);
   const FieldMap got = Fields(model);
-  for (const auto& [key, value] : GetParam().Expect) EXPECT_EQ(got.at(key), value) << key;
+  for (const auto& [key, value] : c.Expect) EXPECT_EQ(got.at(key), value) << key;
   EXPECT_TRUE(prompt.Messages.empty());
   EXPECT_EQ(model.Plot().HeaderLineCount, 11);
   EXPECT_EQ(model.Plot().HeaderNeedsLayout, 1u);
@@ -76,6 +81,8 @@ const std::string kFull = Crlf({"Station\tCore\tSection\tSample ID", "Kingsport 
                                 "Exposure\t500\tms\tset", "Line camera\t1\ton\tset", "Step size\t200\tmicrons\tset",
                                 "XRF exposure\t10\ts\tset", "XRF voltage\t45\tkV\t20", "Tube\tMo\tfine focus",
                                 "Start coordinate\t100.5\tEnd coordinate\t400.25", "Optical Start\t95\tOptical End\t405"});
+
+const std::string kOptical = "Optical Start\t95\tEnd\t405\r\n";
 
 INSTANTIATE_TEST_SUITE_P(
     Keys, DocumentTable,
@@ -119,12 +126,18 @@ INSTANTIATE_TEST_SUITE_P(
                      {{"Start", "0"}, {"End", "12.5"}}},
         // A filler line, then "Tube\tABCD" placed so that the limit falls after "AB".
         DocumentCase{"ReadsOnlyTheFirst8192Bytes", "x" + std::string(8192 - 10, 'y') + "\r\nTube\tABCD\r\nExposure\t5\ts\tx\r\n",
-                     {{"Tube", "AB"}, {"Exposure", "0"}}}),
+                     {{"Tube", "AB"}, {"Exposure", "0"}}},
+        // The optical image's shown rows follow the optical coordinates along the depth axis:
+        // a = 100 - 95 = 5, b = 310: first = round(5 * 1550 / 310) = 25; last = round(1550 * 300 / 310) + 25.
+        DocumentCase{"OpticalPlaced", kOptical, {{"FirstShown", "25"}, {"LastShown", "1525"}}, 300, 100, 1550, 0},
+        // Starting below the section start: the first row stays, the last is limited to n - 1.
+        DocumentCase{"OpticalBelowTheStart", kOptical, {{"FirstShown", "3"}, {"LastShown", "1549"}}, 400, 90, 1550, 3},
+        // The first load after New has no axis yet, and without an optical image nothing moves.
+        DocumentCase{"OpticalWithoutAxis", kOptical, {{"FirstShown", "0"}, {"LastShown", "-7"}}, 0, 100, 1550, 0},
+        DocumentCase{"NoOpticalImage", kOptical, {{"FirstShown", "0"}, {"LastShown", "-7"}}, 300, 100, 0, 0}),
     [](const auto& info) { return std::string(info.param.Name); });
 
-TEST(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOpticalEnd) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOpticalEnd) {
   ParseSectionMetadata(model, prompt, kFull, false);
   ParseSectionMetadata(model, prompt, kFull, false);
   EXPECT_STREQ(model.CurSection().ExposureText, "msms");
@@ -135,7 +148,7 @@ TEST(DocumentReader, ReadingAgainRepeatsTheExposureUnitAndClearsTheStepAndOptica
 }
 
 // The settings' switch, the caller's wish and a previous section must all be there.
-TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
+TEST_F(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
   const struct {
     bool Warn;
     uint32_t ShowWarnings;
@@ -146,13 +159,11 @@ TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
               {true, 0, 1, {}},
               {true, 1, 0, {}}};
   for (const auto& r : rows) {
-    Model model;
-    ScriptedPrompt prompt;
+    prompt.Messages.clear();
     model.Settings().ShowWarnings = r.ShowWarnings;
     CoreSection& previous = model.Section(0);
-    previous.TubeVoltage = 30;  // same as the file
-    previous.TubeCurrent = 20;
-    previous.Exposure = 400;
+    // The voltage as in the file; the current, the exposure and the tube not.
+    std::tie(previous.TubeVoltage, previous.TubeCurrent, previous.Exposure) = std::tuple(30, 20, 400);
     CopyField(previous.TubeText, "W");
     model.Plot().CurSectionIndex = r.Section;
     ParseSectionMetadata(model, prompt, kFull, r.Warn);
@@ -161,9 +172,7 @@ TEST(DocumentReader, ChangesAreComparedWithThePreviousSectionOnlyWhenAsked) {
   }
 }
 
-TEST(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
   const auto folder = test::ScratchFolder();
   CopyField(model.Settings().SectionFolder, folder.string().c_str());
   model.Plot().CurSectionIndex = 4;
@@ -182,35 +191,6 @@ TEST(DocumentReader, NotFoundTellsTheUserAndFillsDefaultsThenTheFileIsRead) {
   EXPECT_EQ(ReadSectionMetadata(model, prompt, false), 1);
   EXPECT_STREQ(model.CurSection().SectionName, "4");
   EXPECT_STREQ(model.CurSection().StepSizeText, "250 microns");
-}
-
-// The optical image's shown rows follow the optical coordinates along the depth axis.
-TEST(DocumentReader, OpticalPlacementFromTheOpticalCoordinates) {
-  const struct {
-    float AxisLength, StartDepth;
-    int32_t Length, First, ExpectFirst, ExpectLast;
-  } rows[] = {
-      // a = 100 - 95 = 5, b = 310: first = round(5 * 1550 / 310) = 25; last = round(1550 * 300 / 310) + 25 = 1525.
-      {300, 100, 1550, 0, 25, 1525},
-      // The optical image starts below the section start: first stays, last limited to n - 1.
-      {400, 90, 1550, 3, 3, 1549},
-      // First load after New: no axis yet, nothing moves.
-      {0, 100, 1550, 0, 0, -7},
-      // No optical image.
-      {300, 100, 0, 0, 0, -7},
-  };
-  for (const auto& r : rows) {
-    Model model;
-    ScriptedPrompt prompt;
-    model.Plot().AxisLength = r.AxisLength;
-    model.CurSection().StartDepth = r.StartDepth;
-    model.CurOptical().Height = r.Length;
-    model.CurOptical().FirstShownPixel = r.First;
-    model.CurOptical().LastShownPixel = -7;
-    ParseSectionMetadata(model, prompt, "Optical Start\t95\tEnd\t405\r\n", false);
-    EXPECT_EQ(model.CurOptical().FirstShownPixel, r.ExpectFirst) << r.AxisLength << " " << r.StartDepth;
-    EXPECT_EQ(model.CurOptical().LastShownPixel, r.ExpectLast) << r.AxisLength << " " << r.StartDepth;
-  }
 }
 
 }  // namespace

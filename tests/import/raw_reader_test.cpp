@@ -5,19 +5,16 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "import/sample_files.h"
 #include "model/messages.h"
-#include "model/model.h"
 #include "support/raw_reference.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
-
-using test::ScriptedPrompt;
 
 // `lines` lines of n tabs each.
 std::string Tabs(int n, int lines = 1) {
@@ -37,24 +34,19 @@ struct ParseCase {
   std::vector<std::pair<size_t, uint16_t>> At = {};  // Samples[index] (row-major) = value
 };
 
-class RawParse : public ::testing::TestWithParam<ParseCase> {};
+class RawParse : public test::ReaderTest, public ::testing::WithParamInterface<ParseCase> {};
 
 TEST_P(RawParse, SamplesFallbacksAndRefusals) {
   const ParseCase& c = GetParam();
-  Model model;
-  ScriptedPrompt prompt;
   EXPECT_EQ(ParseRawRadiograph(model, prompt, c.Text, c.MaxRes).Result, c.Result);
   EXPECT_EQ(prompt.Texts(), c.Messages);
   for (const auto& m : prompt.Messages) EXPECT_EQ(m.Caption, msg::kDefaultCaption);
-  EXPECT_EQ(model.App.Work.SampleStep, c.Expand);
-  EXPECT_EQ(model.App.Work.RawLineGroup, c.Group);
+  EXPECT_EQ(std::pair(model.App.Work.SampleStep, model.App.Work.RawLineGroup), std::pair(c.Expand, c.Group));
   const RadiographDesc& r = model.CurRadiograph();
   EXPECT_EQ(r.Loaded(), c.Result == 1);
   if (c.At.empty()) return;
-  ASSERT_EQ(r.Width, c.Width);
-  ASSERT_EQ(r.Height, c.Height);
-  EXPECT_EQ(r.MaxValue, c.Max);
-  EXPECT_EQ(model.CurSection().RadiographCount, 1);
+  ASSERT_EQ(std::pair(r.Width, r.Height), std::pair(c.Width, c.Height));
+  EXPECT_EQ(std::pair(r.MaxValue, model.CurSection().RadiographCount), std::pair(c.Max, 1));
   for (auto [index, value] : c.At) EXPECT_EQ(r.Samples.at(index), value) << index;
 }
 
@@ -73,6 +65,8 @@ INSTANTIATE_TEST_SUITE_P(
         ParseCase{"HighResSumsTwoLinesWrappingIn16Bits",
                   "40000\t\r\n40000\t\r\n1\t\r\n2\t\r\n3\t\r\n4\t\r\n99\t\r\n", false, {}, 5, 2, 1, 3, 5, 14464,
                   {{0, 7}, {1, 3}, {2, 14464}, {14, 14464}}},
+        // Numbers are built digit by digit in 16 bits: 70000 is 4464.
+        ParseCase{"DigitsWrapIn16Bits", "70000\t5\t\n", true, {}, 10, 1, 1, 1, 20, 4464, {{0, 4464}, {10, 5}}},
         ParseCase{"SpacesAndSignsSeparateValuesToo", "1\t2\t3\t\n4 5-6\t\n", true, {}, 10, 1, 1, 2, 30, 6,
                   {{0, 4}, {20, 5}, {40, 6}}},
         ParseCase{"OffsetDataIsShiftedDown", "40000\t33000\t\n", true, {}, 10, 1, 1, 1, 20, 40000 - 32768,
@@ -88,23 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
         ParseCase{"LongestAllowed", Tabs(32760) + Tabs(1, 9), false, {}, 1, 10}),
     [](const auto& i) { return std::string(i.param.Name); });
 
-// Numbers are built digit by digit in 16 bits and end at any non-digit, whether they
-// sit near the end of the text or well before it.
-TEST(RawReader, NumbersUseSixteenBitDigitArithmetic) {
-  const std::pair<std::string, uint16_t> rows[] = {{"70000", 4464},
-                                                   {"12345678901", uint16_t(12345678901ULL % 65536)},
-                                                   {"0042", 42},
-                                                   {"65535", 65535},
-                                                   {"\xC3\xB1" "7", 0}};
-  for (const auto& [text, expect] : rows)
-    for (const std::string& tail : {std::string(), std::string(40, '\n')}) {
-      Model model;
-      ScriptedPrompt prompt;
-      ParseRawRadiograph(model, prompt, text + "\t5\t\n" + tail, true);
-      const RadiographDesc& r = model.CurRadiograph();
-      EXPECT_EQ(r.Samples.at(size_t(r.Width) - 1), expect) << text << " +" << tail.size();
-    }
-}
+using RawReader = test::ReaderTest;
 
 // Text a scanner would never write but a damaged or foreign file may hold: counts of
 // any length, odd separators, every kind of line end, lines far longer than the first,
@@ -132,10 +110,8 @@ std::string UnusualRaw(std::mt19937& rng, int firstTabs) {
 
 // The reader parses blocks of bytes and bands of columns at a time; whatever the text,
 // every sample must be what a plain character-by-character parse gives.
-TEST(RawReader, MatchesAPlainParseOfUnusualText) {
+TEST_F(RawReader, MatchesAPlainParseOfUnusualText) {
   std::mt19937 rng(11);
-  Model model;
-  ScriptedPrompt prompt;
   for (int round = 0; round < 80; ++round) {
     // Mostly short lines; now and then one long enough to step the resolution down.
     const int firstTabs = round % 20 == 19 ? 3300 + int(rng() % 8000) : 1 + int(rng() % 300);
@@ -162,7 +138,7 @@ struct LargeCase {
                              // two lines is above 32 768: offset data
 };
 
-class RawLarge : public ::testing::TestWithParam<LargeCase> {};
+class RawLarge : public test::ReaderTest, public ::testing::WithParamInterface<LargeCase> {};
 
 // A file of several megabytes is read and parsed in bands on several threads.  The
 // bands meet where the line feeds say; when blank or CR-only lines make lines and line
@@ -178,8 +154,6 @@ TEST_P(RawLarge, BandsGiveWhatOnePassGives) {
   ASSERT_GT(text.size(), size_t(4) << 20);
   const std::filesystem::path path = test::ScratchFolder() / (std::string(GetParam().Name) + ".raw");
   test::WriteBytes(path, text);
-  Model model;
-  ScriptedPrompt prompt;
   for (bool fromFile : {false, true}) {
     model.CurSection().RadiographCount = 0;
     const ReadOutcome out = fromFile ? ReadRawFile(model, prompt, path.string(), false)
@@ -202,16 +176,12 @@ INSTANTIATE_TEST_SUITE_P(Rows, RawLarge,
                                            LargeCase{"OffsetData", "\r\n", "\r\n", 16500}),
                          [](const auto& i) { return std::string(i.param.Name); });
 
-TEST(RawReader, UnopenableFileIsPassedOverQuietly) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(RawReader, UnopenableFileIsPassedOverQuietly) {
   prompt.ChooseFile((test::ScratchFolder() / "none.raw").string());
   const ReadOutcome out = ReadRawRadiograph(model, prompt, false);
-  EXPECT_EQ(out.Result, 1);
-  EXPECT_FALSE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
-  EXPECT_EQ(prompt.OpenRequests.at(0).Title, "Open Raw Radiograph file");
-  EXPECT_EQ(prompt.OpenRequests.at(0).InitialName, "*.raw");
+  EXPECT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, false, 0u));
+  EXPECT_EQ(std::tuple(prompt.OpenRequests.at(0).Title, prompt.OpenRequests.at(0).InitialName),
+            std::tuple("Open Raw Radiograph file", "*.raw"));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 // Test inputs: section folders from the sample-core generator and tiny files written
-// by the tests themselves.
+// by the tests themselves, and the model and prompt the readers work on.
 
 #include <tiffio.h>
 
@@ -16,7 +16,17 @@
 
 #include <gtest/gtest.h>
 
+#include "model/model.h"
+#include "support/scripted_prompt.h"
+
 namespace sedra::test {
+
+// A fresh model and a prompt that records what the readers tell the user.
+class ReaderTest : public ::testing::Test {
+ protected:
+  Model model;
+  ScriptedPrompt prompt;
+};
 
 // A fresh folder under the build tree for the running test.
 inline std::filesystem::path ScratchFolder() {

@@ -1,31 +1,34 @@
 // The TIFF reader: orientation, reduction, odd sizes, the offset rule, 8- and 16-bit
-// colour, the file formats libtiff opens for us, and every refusal with its caption.
+// colour, the file formats libtiff opens for us, the file name and add mode.  The
+// refusals are in bad_files_test.cpp.
 
 #include "import/tiff_reader.h"
 
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "import/sample_files.h"
 #include "model/messages.h"
-#include "model/model.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
 
-using test::ScriptedPrompt;
 using test::TiffLayout;
 using test::WriteTiff;
 
-ReadOutcome ReadFile(Model& model, ScriptedPrompt& prompt, const std::filesystem::path& path, bool radiograph,
-                     bool add = false, const RadiographPlaceChooser& choose = {}) {
-  prompt.ChooseFile(path.string());
-  return ReadTiffImage(model, prompt, radiograph, add, choose);
-}
+// Read chooses the file in the open dialog and reads it.
+class TiffReader : public test::ReaderTest {
+ protected:
+  ReadOutcome Read(const std::filesystem::path& path, bool radiograph, bool add = false,
+                   const RadiographPlaceChooser& choose = {}) {
+    prompt.ChooseFile(path.string());
+    return ReadTiffImage(model, prompt, radiograph, add, choose);
+  }
+};
 
 // TIFF row r, column c lands in bitmap row Width - 1 - c, column r.  Larger radiographs
 // are turned in blocks, with the rows and columns the blocks leave done one by one.
@@ -43,7 +46,7 @@ struct RadiographCase {
   std::function<int32_t(int32_t)> Count = [](int32_t v) { return v; };  // the count a stored value means
 };
 
-class TiffRadiograph : public ::testing::TestWithParam<RadiographCase> {};
+class TiffRadiograph : public TiffReader, public ::testing::WithParamInterface<RadiographCase> {};
 
 TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   const RadiographCase& c = GetParam();
@@ -54,15 +57,10 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
   };
   TiffLayout layout{c.W, c.H, 1, c.Bits, c.Tile, c.Photometric, c.SampleFormat};
   WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return uint32_t(stored(r, col)) & 0xFFFF; });
-  Model model;
-  ScriptedPrompt prompt;
-  const ReadOutcome out = ReadFile(model, prompt, path, true);
-  EXPECT_EQ(out.Result, 1);
-  ASSERT_TRUE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
+  const ReadOutcome out = Read(path, true);
+  ASSERT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, true, 0u));
   const RadiographDesc& rad = model.CurRadiograph();
-  ASSERT_EQ(rad.Width, int32_t(c.H));
-  ASSERT_EQ(rad.Height, int32_t(c.W));
+  ASSERT_EQ(std::pair(rad.Width, rad.Height), std::pair(int32_t(c.H), int32_t(c.W)));
   int32_t lowest = 65536, maximum = 0;
   for (uint32_t r = 0; r < c.H; ++r)
     for (uint32_t col = 0; col < c.W; ++col) lowest = std::min(lowest, c.Count(stored(r, col)));
@@ -74,37 +72,36 @@ TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
       ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], count) << r << "," << col;
     }
   EXPECT_EQ(rad.MaxValue, maximum);
-  EXPECT_EQ(model.CurSection().RadiographCount, 1);
-  EXPECT_EQ(model.App.Work.SampleStep, 1);
-  EXPECT_EQ(model.App.Work.RawLineGroup, 1);
+  const WorkingBlock& w = model.App.Work;
+  EXPECT_EQ(std::tuple(model.CurSection().RadiographCount, w.SampleStep, w.RawLineGroup), std::tuple(1, 1, 1));
   EXPECT_STREQ(model.Settings().SectionFolder, path.parent_path().string().c_str());
 }
 
-constexpr uint16_t kWhite = PHOTOMETRIC_MINISWHITE, kGrey = PHOTOMETRIC_MINISBLACK, kSigned = SAMPLEFORMAT_INT;
-INSTANTIATE_TEST_SUITE_P(Rows, TiffRadiograph,
-                         ::testing::Values(RadiographCase{"Small", 5, 3, 16, 0, -1, -1, 32769, 30000},
-                                           RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
-                                           RadiographCase{"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
-                                           RadiographCase{"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
-                                           RadiographCase{"LowInFirstRows", 37, 75, 16, 0, 3, 5, 32769, 30000},
-                                           RadiographCase{"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
-                                           RadiographCase{"LowInLastColumns", 37, 75, 16, 0, 50, 35, 32769, 30000},
-                                           RadiographCase{"LowInLastRows", 37, 75, 16, 0, 74, 2, 32769, 30000},
-                                           RadiographCase{"TiledAllAbove", 37, 75, 16, 16, -1, -1, 32769, 30000},
-                                           RadiographCase{"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
-                                           RadiographCase{"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite,
-                                                          SAMPLEFORMAT_UINT, [](int32_t v) { return 65535 - v; }},
-                                           RadiographCase{"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite,
-                                                          SAMPLEFORMAT_UINT, [](int32_t v) { return 255 - v; }},
-                                           RadiographCase{"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey,
-                                                          kSigned, [](int32_t v) { return v + 32768; }},
-                                           RadiographCase{"Signed16Positive", 6, 3, 16, 0, -1, -1, 20, 300, kGrey,
-                                                          kSigned, [](int32_t v) { return v + 32768; }},
-                                           RadiographCase{"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned,
-                                                          [](int32_t v) { return v + 128; }},
-                                           RadiographCase{"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite,
-                                                          kSigned, [](int32_t v) { return 32767 - v; }}),
-                         [](const auto& i) { return std::string(i.param.Name); });
+constexpr uint16_t kWhite = PHOTOMETRIC_MINISWHITE, kGrey = PHOTOMETRIC_MINISBLACK;
+constexpr uint16_t kUint = SAMPLEFORMAT_UINT, kSigned = SAMPLEFORMAT_INT;
+// The count a stored value means: `top` less it (inverted), or it moved up by `half`.
+std::function<int32_t(int32_t)> From(int32_t top) { return [top](int32_t v) { return top - v; }; }
+std::function<int32_t(int32_t)> Up(int32_t half) { return [half](int32_t v) { return v + half; }; }
+INSTANTIATE_TEST_SUITE_P(
+    Rows, TiffRadiograph,
+    ::testing::Values(
+        RadiographCase{"Small", 5, 3, 16, 0, -1, -1, 32769, 30000},
+        RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
+        RadiographCase{"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
+        RadiographCase{"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
+        RadiographCase{"LowInFirstRows", 37, 75, 16, 0, 3, 5, 32769, 30000},
+        RadiographCase{"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
+        RadiographCase{"LowInLastColumns", 37, 75, 16, 0, 50, 35, 32769, 30000},
+        RadiographCase{"LowInLastRows", 37, 75, 16, 0, 74, 2, 32769, 30000},
+        RadiographCase{"TiledAllAbove", 37, 75, 16, 16, -1, -1, 32769, 30000},
+        RadiographCase{"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
+        RadiographCase{"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite, kUint, From(65535)},
+        RadiographCase{"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite, kUint, From(255)},
+        RadiographCase{"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey, kSigned, Up(32768)},
+        RadiographCase{"Signed16Positive", 6, 3, 16, 0, -1, -1, 20, 300, kGrey, kSigned, Up(32768)},
+        RadiographCase{"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned, Up(128)},
+        RadiographCase{"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite, kSigned, From(32767)}),
+    [](const auto& i) { return std::string(i.param.Name); });
 
 // The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
 struct OpticalCase {
@@ -116,7 +113,7 @@ struct OpticalCase {
   bool Rotated;
 };
 
-class TiffOptical : public ::testing::TestWithParam<OpticalCase> {};
+class TiffOptical : public TiffReader, public ::testing::WithParamInterface<OpticalCase> {};
 
 TEST_P(TiffOptical, OrientationReductionAndOddSizes) {
   const OpticalCase& c = GetParam();
@@ -127,16 +124,12 @@ TEST_P(TiffOptical, OrientationReductionAndOddSizes) {
     return c.Bits == 8 ? v8 : v8 * 256 + 255;  // the low byte must not show
   };
   WriteTiff(path, {c.W, c.H, 3, c.Bits}, value);
-  Model model;
-  ScriptedPrompt prompt;
-  EXPECT_EQ(ReadFile(model, prompt, path, false).Result, 1);
+  EXPECT_EQ(Read(path, false).Result, 1);
   EXPECT_TRUE(prompt.Messages.empty());
   const OpticalImageDesc& opt = model.CurOptical();
-  ASSERT_EQ(opt.Width, c.ExpectWidth);
-  ASSERT_EQ(opt.Height, c.ExpectHeight);
-  EXPECT_EQ(opt.CropRight, c.ExpectWidth - 1);
-  EXPECT_EQ(opt.CropBottom, c.ExpectHeight - 1);
-  EXPECT_EQ(opt.Upper, 256);
+  ASSERT_EQ(std::pair(opt.Width, opt.Height), std::pair(c.ExpectWidth, c.ExpectHeight));
+  EXPECT_EQ(std::tuple(opt.CropRight, opt.CropBottom, opt.Upper),
+            std::tuple(c.ExpectWidth - 1, c.ExpectHeight - 1, 256));
   EXPECT_EQ(opt.Bitmap.Bits, opt.Pixels);
   const int stride = Dib::StrideFor(opt.Width);
   const uint32_t evenW = c.W & ~1u, evenH = c.H & ~1u;
@@ -167,7 +160,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, TiffOptical,
 // Files libtiff decodes for us must give exactly the samples of the plain file.
 // The scanner's own layout is read straight from the file (a large image in bands
 // on several threads); every other layout goes through libtiff.  All give the same image.
-TEST(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
+TEST_F(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
   const auto base = test::ScratchFolder();
   const struct {
     std::string Common;
@@ -178,118 +171,36 @@ TEST(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
         "--tile 64 --compress deflate --big-endian", "--rows-per-strip 300"}},
       {"--length 4000 --width 300 --raw-values 0 --missing optical.tif ", {"--big-endian"}},
   };
-  ScriptedPrompt prompt;
+  // Reads the folder's images into the fixture's model, over what an earlier read left.
+  auto readFolder = [&](const std::filesystem::path& folder) {
+    EXPECT_TRUE(Read(folder / "radiograph.tif", true).PixelsRead) << folder;
+    if (std::filesystem::exists(folder / "optical.tif")) {
+      EXPECT_TRUE(Read(folder / "optical.tif", false).PixelsRead);
+    }
+  };
   for (const auto& size : sizes) {
     const auto first = base / ("plain" + std::to_string(&size - sizes));
     test::MakeSampleCore(first, size.Common);
-    Model plain;
-    ReadFile(plain, prompt, first / "radiograph.tif", true);
-    const bool optical = std::filesystem::exists(first / "optical.tif");
-    if (optical) ReadFile(plain, prompt, first / "optical.tif", false);
-    ASSERT_TRUE(plain.CurRadiograph().Loaded());
+    readFolder(first);
+    const RadiographDesc plainRadiograph = model.CurRadiograph();
+    const ByteBuffer plainOptical = model.CurOptical().Pixels;
     for (const char* variant : size.Variants) {
       const auto folder = base / ("v" + std::to_string(std::hash<std::string>()(size.Common + variant) % 100000));
       test::MakeSampleCore(folder, size.Common + variant);
-      Model model;
-      ReadFile(model, prompt, folder / "radiograph.tif", true);
-      if (optical) ReadFile(model, prompt, folder / "optical.tif", false);
-      EXPECT_EQ(model.CurRadiograph().Samples, plain.CurRadiograph().Samples) << variant;
-      EXPECT_EQ(model.CurRadiograph().MaxValue, plain.CurRadiograph().MaxValue) << variant;
-      EXPECT_EQ(model.CurOptical().Pixels, plain.CurOptical().Pixels) << variant;
+      readFolder(folder);
+      EXPECT_EQ(model.CurRadiograph().Samples, plainRadiograph.Samples) << variant;
+      EXPECT_EQ(model.CurRadiograph().MaxValue, plainRadiograph.MaxValue) << variant;
+      EXPECT_EQ(model.CurOptical().Pixels, plainOptical) << variant;
     }
   }
   EXPECT_TRUE(prompt.Messages.empty());
 }
 
-struct RefusalCase {
-  const char* Name;
-  bool Radiograph;
-  std::function<void(const std::filesystem::path&)> Write;
-  const char* Text;
-  const char* Caption;
-  int ExpectCount;  // RadiographCount afterwards (replace mode, starting from 0)
-};
-
-class TiffRefusal : public ::testing::TestWithParam<RefusalCase> {};
-
-TEST_P(TiffRefusal, TellsTheUserAndLeavesNoImage) {
-  const RefusalCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "bad.tif";
-  c.Write(path);
-  Model model;
-  ScriptedPrompt prompt;
-  // Something loaded before must not survive half-overwritten.
-  model.CurOptical().Height = 9;
-  model.CurOptical().Pixels.assign(30, 1);
-  EXPECT_EQ(ReadFile(model, prompt, path, c.Radiograph).Result, 0);
-  ASSERT_EQ(prompt.Messages.size(), 1u);
-  EXPECT_EQ(prompt.Messages[0].Text, c.Text);
-  EXPECT_EQ(prompt.Messages[0].Caption, c.Caption);
-  EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::Ok);
-  if (c.Radiograph) {
-    EXPECT_FALSE(model.CurRadiograph().Loaded());
-    EXPECT_TRUE(model.CurRadiograph().Samples.empty());
-    EXPECT_TRUE(model.CurRadiograph().Bitmap.Empty());
-    EXPECT_EQ(model.CurSection().RadiographCount, c.ExpectCount);
-  } else if (std::string(c.Text) != msg::kNotVersion42) {
-    EXPECT_FALSE(model.CurOptical().Loaded());
-    EXPECT_TRUE(model.CurOptical().Pixels.empty());
-  }
-}
-
-using FileWriter = std::function<void(const std::filesystem::path&)>;
-
-FileWriter Bytes(const std::string& bytes) {
-  return [bytes](const std::filesystem::path& p) { test::WriteBytes(p, bytes); };
-}
-
-FileWriter Colour(uint16_t samples, uint16_t bits) {
-  return [=](const std::filesystem::path& p) {
-    WriteTiff(p, {4, 4, samples, bits}, [](uint32_t, uint32_t, uint32_t) { return 1; });
-  };
-}
-
-// A little-endian TIFF by hand: 16-bit grey, 2 x 2 unless told, with the compression tag given.
-std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes, uint16_t width = 2, uint16_t height = 2) {
-  std::string b = std::string("II*\0", 4) + std::string("\x08\0\0\0", 4);
-  auto u16 = [&](uint16_t v) { b.push_back(char(v & 0xFF)), b.push_back(char(v >> 8)); };
-  auto u32 = [&](uint32_t v) { u16(uint16_t(v)), u16(uint16_t(v >> 16)); };
-  auto entry = [&](uint16_t tag, uint16_t type, uint32_t value) { u16(tag), u16(type), u32(1), u32(value); };
-  u16(7);
-  entry(256, 3, width);
-  entry(257, 3, height);
-  entry(258, 3, 16);
-  entry(259, 3, compression);
-  entry(273, 4, 8 + 2 + 7 * 12 + 4);
-  entry(277, 3, 1);
-  entry(279, 4, 8);
-  u32(0);
-  b += std::string(pixelBytes, '\x01');
-  return b;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TiffRefusal,
-    ::testing::Values(
-        RefusalCase{"NotATiff", true, Bytes("GIF89a........"), msg::kNotVersion42, msg::kDefaultCaption, 0},
-        RefusalCase{"TooShort", false, Bytes("II"), msg::kNotVersion42, msg::kDefaultCaption, 0},
-        RefusalCase{"UnknownCompression", true, Bytes(HandMadeTiff(60000, 8)), msg::kCompressed, "", 1},
-        RefusalCase{"GreyAsOptical", false, Colour(1, 8), msg::kExpected3Samples, "", 0},
-        RefusalCase{"ColourAsRadiograph", true, Colour(3, 8), msg::kExpected1Sample, "", 0},
-        RefusalCase{"FourBitOptical", false, Colour(3, 4), msg::kExpectedBits, "", 0},
-        RefusalCase{"TruncatedPixels", true, Bytes(HandMadeTiff(1, 3)), msg::kErrorReadingTiff, "", 0},
-        RefusalCase{"HugeClaimInTinyFile", true, Bytes(HandMadeTiff(1, 8, 65535, 65535)), msg::kErrorReadingTiff, "", 0}),
-    [](const auto& i) { return std::string(i.param.Name); });
-
-TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
-  Model model;
-  ScriptedPrompt prompt;
+TEST_F(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
   model.CurOptical().Height = 12;
   EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
-  const ReadOutcome out = ReadFile(model, prompt, test::ScratchFolder() / "gone.tif", false);
-  EXPECT_EQ(out.Result, 1);
-  EXPECT_FALSE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
+  const ReadOutcome out = Read(test::ScratchFolder() / "gone.tif", false);
+  EXPECT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, false, 0u));
   EXPECT_EQ(model.CurOptical().Height, 12);
   ASSERT_EQ(prompt.OpenRequests.size(), 2u);
   EXPECT_EQ(prompt.OpenRequests[0].Title, "Open TIFF file");
@@ -298,25 +209,17 @@ TEST(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) 
   EXPECT_EQ(prompt.OpenRequests[1].InitialName, "/optical.tif");
 }
 
-// The hand-made file the refusals start from reads, unless it needs more memory than
-// the ceiling allows.
-TEST(TiffReader, HandMadeFileReadsWithinTheCapacity) {
-  Model model;
-  ScriptedPrompt prompt;
-  const std::string bytes = HandMadeTiff(1, 8);
-  const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
-  EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif", {}, 3).Result, 0);
-  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{msg::kCouldNotAllocate});
-  EXPECT_EQ(prompt.Messages[0].Caption, msg::kDefaultCaption);
-  EXPECT_FALSE(model.CurRadiograph().Loaded());
-  EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), true, false, "r.tif").Result, 1);
-  EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
-}
-
 // The section's title is the folder and the image's file name, or the folder alone when
 // both would not fit; an optical image keeps a title that is already there.
-TEST(TiffReader, FileNameFromTheFolderAndTheImage) {
+TEST_F(TiffReader, FileNameFromTheFolderAndTheImage) {
   const std::string longFolder(50, 'L');  // 50 + 14 >= 63
+  const auto scratch = test::ScratchFolder();
+  for (const std::string& folder : {std::string("KB07-3"), longFolder}) {
+    std::filesystem::create_directories(scratch / folder);
+    for (const uint16_t samples : {1, 3})
+      WriteTiff(scratch / folder / (samples == 1 ? "radiograph.tif" : "optical.tif"), {2, 2, samples, 8},
+                [](uint32_t, uint32_t, uint32_t) { return 1; });
+  }
   const struct {
     std::string Folder;
     const char* Before;
@@ -327,27 +230,19 @@ TEST(TiffReader, FileNameFromTheFolderAndTheImage) {
               {"KB07-3", "kept", false, "kept"},
               {"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
               {longFolder, "", true, longFolder}};
-  const auto scratch = test::ScratchFolder();
   for (const auto& r : rows) {
-    const auto folder = scratch / std::to_string(&r - rows) / r.Folder;
-    std::filesystem::create_directories(folder);
-    const auto path = folder / (r.Radiograph ? "radiograph.tif" : "optical.tif");
-    WriteTiff(path, {2, 2, uint16_t(r.Radiograph ? 1 : 3), 8}, [](uint32_t, uint32_t, uint32_t) { return 1; });
-    Model model;
-    ScriptedPrompt prompt;
     CopyField(model.CurSection().FileName, r.Before);
-    ReadFile(model, prompt, path, r.Radiograph);
+    Read(scratch / r.Folder / (r.Radiograph ? "radiograph.tif" : "optical.tif"), r.Radiograph);
     EXPECT_EQ(std::string(model.CurSection().FileName), r.Expect) << r.Folder << " " << r.Before;
   }
 }
 
-TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
+TEST_F(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
   const auto folder = test::ScratchFolder();
-  Model model;
-  ScriptedPrompt prompt;
   for (uint32_t i = 1; i <= 3; ++i)
-    WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16}, [=](uint32_t, uint32_t, uint32_t) { return i; });
-  Colour(3, 8)(folder / "rgb.tif");
+    WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16},
+              [=](uint32_t, uint32_t, uint32_t) { return i; });
+  WriteTiff(folder / "rgb.tif", {4, 4, 3, 8}, [](uint32_t, uint32_t, uint32_t) { return 7; });
   std::vector<int> asked;
   auto place = [&asked](int where) {
     return [&asked, where](int count) {
@@ -356,20 +251,19 @@ TEST(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAF
     };
   };
   const CoreSection& s = model.CurSection();
-  ReadFile(model, prompt, folder / "r1.tif", true);
-  EXPECT_EQ(ReadFile(model, prompt, folder / "rgb.tif", true, true, place(0)).Result, 0);
-  EXPECT_EQ(s.RadiographCount, 1);
-  EXPECT_EQ(s.Radiographs[0].Samples.at(0), 1);
-  EXPECT_FALSE(s.Radiographs[1].Loaded());
-  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);  // the count, as the scanner software left it
+  Read(folder / "r1.tif", true);
+  EXPECT_EQ(Read(folder / "rgb.tif", true, true, place(0)).Result, 0);
+  // The refused one gives its place back; the index is the count, as the scanner software left it.
+  EXPECT_EQ(std::tuple(s.RadiographCount, s.Radiographs[0].Samples.at(0), s.Radiographs[1].Loaded()),
+            std::tuple(1, 1, false));
+  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
   // The second goes left of the first, the third in the middle.
-  ReadFile(model, prompt, folder / "r2.tif", true, true, place(0));
-  ReadFile(model, prompt, folder / "r3.tif", true, true, place(1));
+  Read(folder / "r2.tif", true, true, place(0));
+  Read(folder / "r3.tif", true, true, place(1));
   EXPECT_EQ(asked, (std::vector<int>{2, 2, 3}));
   EXPECT_EQ(s.RadiographCount, 3);
-  EXPECT_EQ(s.Radiographs[0].Samples[0], 2);
-  EXPECT_EQ(s.Radiographs[1].Samples[0], 3);
-  EXPECT_EQ(s.Radiographs[2].Samples[0], 1);
+  EXPECT_EQ(std::tuple(s.Radiographs[0].Samples[0], s.Radiographs[1].Samples[0], s.Radiographs[2].Samples[0]),
+            std::tuple(2, 3, 1));
   EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
 
   EXPECT_EQ(ReadTiffImage(model, prompt, true, true).Result, 0);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 #include "model/core.h"
 #include "model/messages.h"
@@ -15,8 +16,7 @@ void LoadRadiograph(Model& m, int rows, const char* stepText = "200 um") {
   NewCore(m, nullptr);
   m.Work().SampleStep = 1;
   RadiographDesc& r = m.CurRadiograph();
-  r.Width = 4;
-  r.Height = rows;
+  std::tie(r.Width, r.Height) = std::pair(4, rows);
   r.Samples.assign(size_t(4) * size_t(rows), 100);
   m.CurSection().RadiographCount = 1;
   std::strcpy(m.CurSection().StepSizeText, stepText);
@@ -42,15 +42,9 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
     LoadRadiograph(m, 500);
     PlotState& p = m.Plot();
     WorkingBlock& w = m.Work();
-    p.Modified = r.modified;
-    p.SectionCount = r.sections;
-    p.ZoomFactor = 8;
-    p.OverlayOr = 1;
+    std::tie(p.Modified, p.SectionCount, p.ZoomFactor, p.OverlayOr) = std::tuple(r.modified, r.sections, 8, 1u);
     w.OpticalEnd = 55;
-    w.ShowRadiograph = 0;
-    w.ShowOptical = 1;
-    w.ShowCoreName = 1;
-    w.ShowSectionName = 0;
+    std::tie(w.ShowRadiograph, w.ShowOptical, w.ShowCoreName, w.ShowSectionName) = std::tuple(0u, 1u, 1u, 0u);
     m.Settings().DataSetOfPlot[0] = kRadiographDataSet;
     int toolsEnded = 0, repaints = 0;
     m.ImagesReplaced = [&toolsEnded] { ++toolsEnded; };
@@ -58,37 +52,23 @@ TEST(NewCore, AsksOnlyWithUnsavedChangesThenStartsAgainKeepingTheFourDisplaySwit
     test::ScriptedPrompt prompt;
     prompt.Answers.push_back(r.answer);
     EXPECT_EQ(NewCore(m, &prompt), r.cleared);
-    if (r.question) {
-      ASSERT_EQ(prompt.Messages.size(), 1u);
-      EXPECT_EQ(prompt.Messages[0].Text, r.question);
-      EXPECT_EQ(prompt.Messages[0].Caption, "");
-      EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::YesNo);
-    } else {
-      EXPECT_TRUE(prompt.Messages.empty());
-    }
+    EXPECT_EQ(prompt.Texts(), r.question ? std::vector<std::string>{r.question} : std::vector<std::string>{});
+    for (const auto& shown : prompt.Messages)
+      EXPECT_EQ(std::tuple(shown.Caption, shown.ButtonSet), std::tuple("", Buttons::YesNo));
     // A No changes nothing at all.
-    EXPECT_EQ(m.CurSection().PointCount, r.cleared ? 0 : 500);
-    EXPECT_EQ(m.CurRadiograph().Samples.size(), r.cleared ? 0u : 2000u);
-    EXPECT_EQ(p.ZoomFactor, r.cleared ? 1 : 8);
-    EXPECT_EQ(p.SectionCount, r.cleared ? 1 : r.sections);
-    EXPECT_EQ(p.OverlayOr, r.cleared ? 0u : 1u);
-    EXPECT_EQ(w.OpticalEnd, r.cleared ? 0.0f : 55.0f);
+    EXPECT_EQ(std::tuple(m.CurSection().PointCount, m.CurRadiograph().Samples.size(), p.ZoomFactor, p.SectionCount),
+              r.cleared ? std::tuple(0, size_t(0), 1, 1) : std::tuple(500, size_t(2000), 8, r.sections));
+    EXPECT_EQ(std::pair(p.OverlayOr, w.OpticalEnd), r.cleared ? std::pair(0u, 0.0f) : std::pair(1u, 55.0f));
     EXPECT_EQ(m.Settings().DataSetOfPlot[0], r.cleared ? 0 : kRadiographDataSet) << "a new core has no curve selected";
-    EXPECT_EQ(toolsEnded, r.cleared) << "an open tool is told its data is gone";
-    EXPECT_EQ(repaints, r.cleared);
+    // An open tool is told its data is gone.
+    EXPECT_EQ(std::pair(toolsEnded, repaints), std::pair(int(r.cleared), int(r.cleared)));
     EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuZoom), !r.cleared) << "New greys the menus (menu_rules_test.cpp)";
-    EXPECT_EQ(w.ShowRadiograph, 0u);
-    EXPECT_EQ(w.ShowOptical, 1u);
-    EXPECT_EQ(w.ShowCoreName, 1u);
-    EXPECT_EQ(w.ShowSectionName, 0u);
+    EXPECT_EQ(std::tuple(w.ShowRadiograph, w.ShowOptical, w.ShowCoreName, w.ShowSectionName),
+              std::tuple(0u, 1u, 1u, 0u));
     if (r.cleared) {
-      EXPECT_EQ(m.CurRadiograph().Height, 0);
-      EXPECT_EQ(w.SampleStep, 5);
-      EXPECT_EQ(w.SampleMode, 2);
-      EXPECT_EQ(p.HeaderHeight, 10);
-      EXPECT_EQ(p.ShowInfo, 1u);
-      EXPECT_EQ(p.ShowDividers, 1u);
-      EXPECT_EQ(p.ShowSectionTitles, 1u);
+      EXPECT_EQ(std::tuple(m.CurRadiograph().Height, w.SampleStep, w.SampleMode, p.HeaderHeight),
+                std::tuple(0, 5, 2, 10));
+      EXPECT_EQ(std::tuple(p.ShowInfo, p.ShowDividers, p.ShowSectionTitles), std::tuple(1u, 1u, 1u));
     }
   }
   // Start-up's New (no window) leaves the menu alone.
@@ -130,24 +110,19 @@ TEST(UpdateMenusAfterLoad, DerivesTheDepthAxisAndTheFirstCurveFromTheStepSizeTex
     m.Work().StartCoordinate = 1234.6f;
     m.Settings().ShowRadiographData = r.curve;
     RadiographDesc& rad = m.CurRadiograph();
-    rad.Width = 2;
-    rad.Height = r.rows;
+    std::tie(rad.Width, rad.Height) = std::pair(2, r.rows);
     std::strcpy(m.CurSection().StepSizeText, r.step);
     UpdateMenusAfterLoad(m, true);
     const CoreSection& s = m.CurSection();
-    EXPECT_EQ(m.Work().SampleStep, r.wantStep);
-    EXPECT_EQ(s.PointCount, r.points);
-    EXPECT_NEAR(m.Plot().DepthSpan, r.span, 0.01f);
-    EXPECT_NEAR(m.Plot().SectionLength[0], r.span, 0.01f);
-    EXPECT_NEAR(m.Plot().AxisLength, r.span, 0.01f);
-    EXPECT_EQ(m.Plot().DepthTick, r.tick);
-    EXPECT_EQ(s.StartLabelDepth, 1235);
+    EXPECT_EQ(std::pair(m.Work().SampleStep, s.PointCount), std::pair(r.wantStep, r.points));
+    for (const float length : {m.Plot().DepthSpan, m.Plot().SectionLength[0], m.Plot().AxisLength})
+      EXPECT_NEAR(length, r.span, 0.01f);
     EXPECT_NEAR(m.Work().EndCoordinate, r.span + 1234.6f, 0.01f);
-    EXPECT_EQ(m.Plot().ViewLastPoint, r.points);
+    EXPECT_EQ(std::tuple(m.Plot().DepthTick, s.StartLabelDepth, m.Plot().ViewLastPoint),
+              std::tuple(r.tick, 1235, r.points));
     EXPECT_EQ(m.App.Settings.DataSetOfPlot[0], r.curve ? kRadiographDataSet : 1);
     EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), r.curve) << "point deletion goes with the curve";
-    EXPECT_EQ(m.Plot().DataSetCount, 1);
-    EXPECT_EQ(m.Plot().RadiographDataSet, kRadiographDataSet);
+    EXPECT_EQ(std::tuple(m.Plot().DataSetCount, m.Plot().RadiographDataSet), std::tuple(1, kRadiographDataSet));
     EXPECT_STREQ(m.Plot().DataSetNames[kRadiographDataSet - 1], "Radiograph");
     if (r.points > 1) {
       EXPECT_FLOAT_EQ(s.Depth[1] - s.Depth[0], r.span / float(r.points));
@@ -160,8 +135,7 @@ TEST(UpdateMenusAfterLoad, OpticalLoadKeepsARadiographsPointsAndLabelsTheWidth) 
   Model m;
   LoadRadiograph(m, 1000, "100 um");  // 1000 points of 0.1 mm
   OpticalImageDesc& o = m.CurOptical();
-  o.Width = 300;
-  o.Height = 2000;
+  std::tie(o.Width, o.Height) = std::pair(300, 2000);
   m.App.Menu.EnableTop(kMenuOptical, false);
   UpdateMenusAfterLoad(m, false);
   EXPECT_EQ(m.CurSection().PointCount, 1000);
@@ -171,8 +145,7 @@ TEST(UpdateMenusAfterLoad, OpticalLoadKeepsARadiographsPointsAndLabelsTheWidth) 
 
   Model opticalOnly;
   NewCore(opticalOnly, nullptr);
-  opticalOnly.CurOptical().Width = 10;
-  opticalOnly.CurOptical().Height = 20000;
+  std::tie(opticalOnly.CurOptical().Width, opticalOnly.CurOptical().Height) = std::pair(10, 20000);
   UpdateMenusAfterLoad(opticalOnly, false);
   EXPECT_EQ(opticalOnly.CurSection().PointCount, kMaxPoints) << "never beyond the section's arrays";
 }

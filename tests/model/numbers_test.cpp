@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "model/messages.h"
 #include "model/numbers.h"
 #include "support/german_numbers.h"
@@ -45,17 +47,13 @@ TEST(ParseDate, AcceptsAndRejectsAsTheScannerSoftwareDid) {
     test::ScriptedPrompt prompt;
     Date d{7, 7, 7};
     EXPECT_EQ(ParseDate(d, r.text, &prompt), r.valid) << r.text;
-    if (r.valid) {
-      EXPECT_EQ(d.Day, r.day) << r.text;
-      EXPECT_EQ(d.Month, r.month) << r.text;
-      EXPECT_EQ(d.Year, r.year) << r.text;
-      EXPECT_TRUE(prompt.Messages.empty()) << r.text;
-    } else {
-      EXPECT_EQ(d.Day, 7) << "an invalid date leaves the old value: " << r.text;
-      ASSERT_EQ(prompt.Messages.size(), 1u) << r.text;
-      EXPECT_EQ(prompt.Messages[0].Text, r.message);
-      EXPECT_EQ(prompt.Messages[0].Caption, "");
-      EXPECT_EQ(prompt.Messages[0].IconKind, Icon::Exclamation);
+    // An invalid date leaves the old value.
+    EXPECT_EQ(std::tuple(d.Day, d.Month, d.Year), r.valid ? std::tuple(r.day, r.month, r.year) : std::tuple(7, 7, 7))
+        << r.text;
+    EXPECT_EQ(prompt.Texts(), r.valid ? std::vector<std::string>{} : std::vector<std::string>{r.message}) << r.text;
+    for (const auto& shown : prompt.Messages) {
+      EXPECT_EQ(shown.Caption, "");
+      EXPECT_EQ(shown.IconKind, Icon::Exclamation);
     }
   }
 }

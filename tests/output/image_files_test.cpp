@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <tuple>
 
 #include "model/file_replace.h"
 #include "model/messages.h"
@@ -25,9 +26,7 @@ class FakeDisplay : public BitmapSource {
   std::vector<uint8_t> Extra;  // what the display puts after the header
 
   FakeDisplay(int32_t width, int32_t height, uint16_t bits = 24) {
-    Format.Width = width;
-    Format.Height = height;
-    Format.BitCount = bits;
+    std::tie(Format.Width, Format.Height, Format.BitCount) = std::tuple(width, height, bits);
   }
   bool Describe(BitmapInfoHeader& header) override {
     header = Format;
@@ -110,30 +109,26 @@ TEST(WriteBmp, FailuresOfTheDisplayAreReportedWithTheirOwnMessages) {
   }
 }
 
-TEST(WriteTiff, ThousandBySevenHundredPlotHasTheKnownLayout) {
-  const int32_t w = 1000, h = 700;
-  EXPECT_EQ(TiffDirectoryOffset(w, h), 2100008u);
-  EXPECT_EQ(TiffFileSize(w, h), 2100346u);
-  // Pixel rows numbered so that any shift or reordering shows.
-  std::vector<uint8_t> px(size_t(w + 1) * size_t(h) * 3);
-  for (size_t i = 0; i < px.size(); ++i) px[i] = uint8_t(i % 251);
+TEST(WriteTiff, PaddedRowsTheDirectoryAndItsFields) {
+  // 3 x 2: rows of 9 bytes padded to 12, so D = 18 takes the whole first row with its
+  // padding and only half of the second; P = 26 rounded up to 28.  The image is stored
+  // turned, its width being the plot's height; the long document name is cut to its field.
+  std::vector<uint8_t> px(24);
+  for (size_t i = 0; i < px.size(); ++i) px[i] = uint8_t(0xA0 + i);
   WrittenFile out;
-  ASSERT_TRUE(WriteTiff(out.File, w, h, px.data(), "plot"));
+  ASSERT_TRUE(WriteTiff(out.File, 3, 2, px.data(), std::string(80, 'x').c_str()));
   const auto b = out.Close();
-  ASSERT_EQ(b.size(), 2100346u);
-  EXPECT_EQ(U16(b, 0), 0x4949u);  // "II"
-  EXPECT_EQ(U16(b, 2), 42u);
-  const uint32_t p = U32(b, 4);
-  ASSERT_EQ(p, 2100008u);
-  EXPECT_TRUE(std::equal(px.begin(), px.begin() + 2100000, b.begin() + 8));
-  EXPECT_EQ(U16(b, p), 16u);
+  const uint32_t p = 28;
+  ASSERT_EQ(b.size(), p + 338u);
+  test::ExpectFields(b, {{0, 2, 0x4949}, {2, 2, 42}, {4, 4, p}, {26, 2, 0}, {p, 2, 16}});
+  EXPECT_TRUE(std::equal(px.begin(), px.begin() + 18, b.begin() + 8));
   const struct {
     uint32_t Tag, Type, Count, Value;
   } entries[] = {
-      {255, 3, 1, 1},           {256, 3, 1, 700},      {257, 3, 1, 1000},     {258, 3, 1, 8},
-      {259, 3, 1, 1},           {262, 3, 1, 2},        {269, 2, 64, p + 194}, {273, 4, 1, 8},
-      {274, 3, 1, 1},           {277, 3, 1, 3},        {278, 3, 1, 1000},     {279, 4, 1, 2100000},
-      {284, 3, 1, 1},           {305, 2, 64, p + 258}, {282, 5, 1, p + 322},  {283, 5, 1, p + 330},
+      {255, 3, 1, 1},        {256, 3, 1, 2},        {257, 3, 1, 3},        {258, 3, 1, 8},
+      {259, 3, 1, 1},        {262, 3, 1, 2},        {269, 2, 64, p + 194}, {273, 4, 1, 8},
+      {274, 3, 1, 1},        {277, 3, 1, 3},        {278, 3, 1, 3},        {279, 4, 1, 18},
+      {284, 3, 1, 1},        {305, 2, 64, p + 258}, {282, 5, 1, p + 322},  {283, 5, 1, p + 330},
   };
   for (size_t i = 0; i < 16; ++i) {
     const size_t at = p + 2 + i * 12;
@@ -145,51 +140,12 @@ TEST(WriteTiff, ThousandBySevenHundredPlotHasTheKnownLayout) {
   }
   // The document name right after the entries (no next-directory offset between),
   // then the empty software field and the two resolutions.
-  EXPECT_EQ(CString(b, p + 194), "plot");
-  EXPECT_TRUE(std::all_of(b.begin() + p + 194 + 4, b.begin() + p + 322, [](uint8_t c) { return c == 0; }));
+  EXPECT_EQ(CString(b, p + 194), std::string(63, 'x'));
+  EXPECT_TRUE(std::all_of(b.begin() + p + 194 + 63, b.begin() + p + 322, [](uint8_t c) { return c == 0; }));
   for (size_t at : {p + 322, p + 330}) {
     EXPECT_EQ(U32(b, at), 0x80000000u);
     EXPECT_EQ(U32(b, at + 4), 100000u);
   }
-}
-
-TEST(WriteTiff, WritesTheFirstBytesOfThePaddedRowsAndPadsTheDirectoryOffset) {
-  // 3 x 2: rows of 9 bytes padded to 12, so D = 18 takes the whole first row with its
-  // padding and only half of the second; P = 26 rounded up to 28.
-  std::vector<uint8_t> px(24);
-  for (size_t i = 0; i < px.size(); ++i) px[i] = uint8_t(0xA0 + i);
-  WrittenFile out;
-  ASSERT_TRUE(WriteTiff(out.File, 3, 2, px.data(), "core-7 section 2"));
-  const auto b = out.Close();
-  ASSERT_EQ(b.size(), 28u + 338u);
-  EXPECT_EQ(U32(b, 4), 28u);
-  EXPECT_TRUE(std::equal(px.begin(), px.begin() + 18, b.begin() + 8));
-  EXPECT_EQ(U16(b, 26), 0u);
-  EXPECT_EQ(U32(b, 28 + 2 + 11 * 12 + 8), 18u);  // StripByteCounts
-  EXPECT_EQ(CString(b, 28 + 194), "core-7 section 2");
-}
-
-TEST(WriteTiff, LongDocumentNameIsCutToTheField) {
-  std::vector<uint8_t> px(8, 0);
-  WrittenFile out;
-  ASSERT_TRUE(WriteTiff(out.File, 1, 1, px.data(), std::string(80, 'x').c_str()));
-  const auto b = out.Close();
-  EXPECT_EQ(CString(b, 12 + 194), std::string(63, 'x'));
-  EXPECT_EQ(U32(b, 12 + 194 + 128), 0x80000000u);  // the field did not spill into the next
-}
-
-TEST(PackBottomUp24, TurnsTopDownArgbIntoPaddedBottomUpBgr) {
-  // 2 x 2, top row red then green, bottom row blue then white; 12 bytes a line with
-  // a few bytes of slack, as a QImage may have.
-  const uint32_t pixels[2][3] = {{0xFFFF0000u, 0xFF00FF00u, 0xDEADBEEFu}, {0xFF0000FFu, 0xFFFFFFFFu, 0xDEADBEEFu}};
-  std::vector<uint8_t> out(DibStride(2, 24) * 2, 0x55);
-  ASSERT_EQ(out.size(), 16u);
-  PackBottomUp24(reinterpret_cast<const uint8_t*>(pixels), 2, 2, sizeof pixels[0], out.data());
-  const std::vector<uint8_t> expected = {
-      0xFF, 0, 0, 0xFF, 0xFF, 0xFF, 0, 0,  // first row in the file: the bottom one
-      0, 0, 0xFF, 0, 0xFF, 0, 0, 0,        // then the top one
-  };
-  EXPECT_EQ(out, expected);
 }
 
 }  // namespace
