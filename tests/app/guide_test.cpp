@@ -83,7 +83,15 @@ struct HelpCase {
   const char* Fragment;                         // the section asked for
 };
 
+// F1 in a dialog of its own; `owner` null for a window that is not the program's.
+void F1InDialog(QWidget* owner) {
+  QDialog dialog(owner);
+  dialog.show();
+  QTest::keyClick(&dialog, Qt::Key_F1);
+}
+
 TEST_F(AppTest, F1AsksForTheSectionOfTheCommandInUse) {
+  const auto inOwnedDialog = [](MainWindow& w) { F1InDialog(&w); };
   const HelpCase cases[] = {
       {"on an open menu's highlighted item: nothing", kCmdReadOptical,
        [](MainWindow& w) {
@@ -106,26 +114,9 @@ TEST_F(AppTest, F1AsksForTheSectionOfTheCommandInUse) {
          w.ActiveTool()->EndTool();
        },
        true, "cmd4055"},
-      {"in a dialog the main window owns: the item's section", kCmdExpand,
-       [](MainWindow& w) {
-         QDialog dialog(&w);
-         dialog.show();
-         QTest::keyClick(&dialog, Qt::Key_F1);
-       },
-       true, "cmd4089"},
-      {"in an owned dialog before any item was highlighted: the contents", 0,
-       [](MainWindow& w) {
-         QDialog dialog(&w);
-         dialog.show();
-         QTest::keyClick(&dialog, Qt::Key_F1);
-       },
-       true, ""},
-      {"in a window that is not the program's: nothing", kCmdExpand,
-       [](MainWindow&) {
-         QDialog stranger;
-         stranger.show();
-         QTest::keyClick(&stranger, Qt::Key_F1);
-       },
+      {"in a dialog the main window owns: the item's section", kCmdExpand, inOwnedDialog, true, "cmd4089"},
+      {"in an owned dialog before any item was highlighted: the contents", 0, inOwnedDialog, true, ""},
+      {"in a window that is not the program's: nothing", kCmdExpand, [](MainWindow&) { F1InDialog(nullptr); },
        false, ""},
   };
   const QStringList anchors = AnchorsOf(kHelpDir + "/index.html");
