@@ -15,6 +15,7 @@
 #include <QImage>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QPixmap>
 #include <QTimer>
 #include <algorithm>
@@ -26,6 +27,7 @@
 
 #include "app/main_window.h"
 #include "app/menu_table.h"
+#include "app/plot_view.h"
 #include "app/startup.h"
 #include "model/command_registry.h"
 #include "model/menu_state.h"
@@ -33,6 +35,7 @@
 #include "model/prompt.h"
 #include "output/qt/print_prompt.h"
 #include "plot/fonts.h"
+#include "plot/plot_layout.h"
 #include "ui/tool_dialog.h"
 
 namespace {
@@ -129,6 +132,21 @@ class Shooter {
     QApplication::processEvents();
   }
 
+  // Holds the left button down at `at` on the plot, grabs the window that opens and
+  // lets go again.
+  void Press(QWidget& view, QPoint at, const char* file) {
+    before_ = VisibleTopLevels();
+    grabbed_ = false;
+    const QPointF local(at), global(view.mapToGlobal(local));
+    QMouseEvent press(QEvent::MouseButtonPress, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &press);
+    QApplication::processEvents();
+    GrabNew({0, file});
+    QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &release);
+    QApplication::processEvents();
+  }
+
   bool Failed() const { return failed_; }
 
  private:
@@ -204,6 +222,10 @@ int main(int argc, char** argv) {
   QApplication::processEvents();
   shooter.Save(*window, QStringLiteral("main-window"));
   shooter.Menus();
+  // The value read-out over the middle of the first data column.
+  const PlotLayout& layout = window->View()->Layout();
+  shooter.Press(*window->View(), QPoint(layout.ColumnLeft + layout.ColumnWidth / 2, layout.Y0 + layout.PlotHeight / 2),
+                "value-readout");
   for (const Shot& shot : kShots) shooter.Command(shot);
 
   const QRect columns(0, 0, 360, 700);
