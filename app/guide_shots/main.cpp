@@ -126,30 +126,36 @@ class Shooter {
     window_.OnCommand(shot.Command);
     QApplication::processEvents();
     if (!grabbed_) GrabNew(shot);
-    if (ToolDialog* tool = window_.ActiveTool()) tool->EndTool();
-    for (QWidget* w : VisibleTopLevels())
-      if (!before_.count(w)) w->close();
-    QApplication::processEvents();
+    CloseNew();
   }
 
-  // Holds the left button down at `at` on the plot, grabs the window that opens and
-  // lets go again.
-  void Press(QWidget& view, QPoint at, const char* file) {
+  // Presses the left button at `at` on the plot (`kind`: a press or a double click),
+  // grabs the window that opens and lets go again.
+  void Press(QWidget& view, QPoint at, QEvent::Type kind, const char* file) {
     before_ = VisibleTopLevels();
     grabbed_ = false;
     const QPointF local(at), global(view.mapToGlobal(local));
-    QMouseEvent press(QEvent::MouseButtonPress, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent press(kind, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&view, &press);
     QApplication::processEvents();
     GrabNew({0, file});
     QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
     QApplication::sendEvent(&view, &release);
     QApplication::processEvents();
+    CloseNew();
   }
 
   bool Failed() const { return failed_; }
 
  private:
+  // Ends the tool a shot opened and closes any other window it left.
+  void CloseNew() {
+    if (ToolDialog* tool = window_.ActiveTool()) tool->EndTool();
+    for (QWidget* w : VisibleTopLevels())
+      if (!before_.count(w)) w->close();
+    QApplication::processEvents();
+  }
+
   std::set<QWidget*> VisibleTopLevels() const {
     std::set<QWidget*> shown;
     for (QWidget* w : QApplication::topLevelWidgets())
@@ -222,10 +228,14 @@ int main(int argc, char** argv) {
   QApplication::processEvents();
   shooter.Save(*window, QStringLiteral("main-window"));
   shooter.Menus();
-  // The value read-out over the middle of the first data column.
+  // The value read-out over the middle of the first data column, and the scale of that
+  // column from a double click on its header row just above the plot.
   const PlotLayout& layout = window->View()->Layout();
-  shooter.Press(*window->View(), QPoint(layout.ColumnLeft + layout.ColumnWidth / 2, layout.Y0 + layout.PlotHeight / 2),
+  const int column = layout.ColumnLeft + layout.ColumnWidth / 2;
+  shooter.Press(*window->View(), QPoint(column, layout.Y0 + layout.PlotHeight / 2), QEvent::MouseButtonPress,
                 "value-readout");
+  shooter.Press(*window->View(), QPoint(column, layout.TopMargin - layout.CharHeight / 2),
+                QEvent::MouseButtonDblClick, "y-scale");
   for (const Shot& shot : kShots) shooter.Command(shot);
 
   const QRect columns(0, 0, 360, 700);
