@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -208,9 +209,9 @@ int main(int argc, char** argv) {
   const QString out = QString::fromLocal8Bit(argv[2]);
   QDir().mkpath(out);
   // Settings of a first run, so the pictures never depend on the machine's own.
-  const std::filesystem::path settings = std::filesystem::temp_directory_path() / "sedra-guide-shots-settings";
-  std::filesystem::remove_all(settings);
-  std::filesystem::create_directories(settings);
+  QTemporaryDir scratch;
+  if (!scratch.isValid()) return 1;
+  const std::filesystem::path settings = scratch.path().toStdString();
 
   auto model = std::make_unique<Model>();
   ShotPrompt prompt;
@@ -248,6 +249,5 @@ int main(int argc, char** argv) {
   shooter.Save(*window, QStringLiteral("zoom-400"), columns);
 
   window.reset();
-  std::filesystem::remove_all(settings);
   return shooter.Failed() ? 1 : 0;
 }
