@@ -64,9 +64,11 @@ MainWindow::MainWindow(Model& model, Prompt& prompt, std::filesystem::path setti
 
   BuildMenu();
   ApplyMenuState();
+  QCoreApplication::instance()->installEventFilter(this);
 }
 
 MainWindow::~MainWindow() {
+  QCoreApplication::instance()->removeEventFilter(this);
   model_.Invalidate = nullptr;
   model_.ImagesReplaced = nullptr;
 }
@@ -239,7 +241,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Home: OnVScroll(ScrollCode::Top); break;
     case Qt::Key_Up: OnVScroll(ScrollCode::LineUp); break;
     case Qt::Key_Down: OnVScroll(ScrollCode::LineDown); break;
-    case Qt::Key_F1: OnHelp(false); break;
+    case Qt::Key_F1: OnHelp(HelpFrom::MainWindow); break;
     default: QMainWindow::keyPressEvent(event); return;
   }
   event->accept();
@@ -253,9 +255,31 @@ QUrl MainWindow::HelpTarget(int context) const {
   return guide;
 }
 
-void MainWindow::OnHelp(bool onMenuItem) {
-  if (onMenuItem) return;
-  OpenHelp(int(model_.App.HelpContext));
+void MainWindow::OnHelp(HelpFrom from) {
+  if (from == HelpFrom::MenuItem) return;
+  OpenHelp(from == HelpFrom::OwnedWindow ? int(model_.App.HelpContext) : 0);
+}
+
+std::optional<MainWindow::HelpFrom> MainWindow::HelpSource(const QWidget* window) const {
+  if (window == this) return HelpFrom::MainWindow;
+  bool owned = false;
+  for (const QWidget* w = window ? window->parentWidget() : nullptr; w && !owned; w = w->parentWidget())
+    owned = w == this;
+  if (!owned) return std::nullopt;
+  return qobject_cast<const QMenu*>(window) ? HelpFrom::MenuItem : HelpFrom::OwnedWindow;
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
+      watched->isWidgetType()) {
+    const auto from = HelpSource(static_cast<QWidget*>(watched)->window());
+    // The main window's own F1 arrives through keyPressEvent.
+    if (from && *from != HelpFrom::MainWindow) {
+      OnHelp(*from);
+      return true;
+    }
+  }
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::OpenHelp(int context) { helpOpener_(HelpTarget(context)); }

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 
 #include "app/zoom.h"
 #include "model/command_registry.h"
@@ -49,9 +50,14 @@ class MainWindow : public QMainWindow, public PlotHost {
   // Help: opened through an injectable opener, so tests see which target was asked for.
   using HelpOpener = std::function<void(const QUrl&)>;
   void SetHelpOpener(HelpOpener opener) { helpOpener_ = std::move(opener); }
-  // F1: on a menu item it does nothing; after a menu item was highlighted it opens
-  // that item's topic; otherwise the contents.
-  void OnHelp(bool onMenuItem);
+  // Where an F1 press came from.  On a menu item it does nothing; in a window the main
+  // window owns (a tool dialog, a modal dialog, a file chooser) it opens the topic of
+  // the menu item highlighted last, the command that window belongs to; in the main
+  // window itself, or before any item was highlighted, the contents.
+  enum class HelpFrom { MenuItem, MainWindow, OwnedWindow };
+  void OnHelp(HelpFrom from);
+  // Which of those a window that received F1 is; nullopt for a window not ours.
+  std::optional<HelpFrom> HelpSource(const QWidget* window) const;
   // Opens the help on the topic of command `context`, or its contents for 0.
   void OpenHelp(int context);
   QUrl HelpTarget(int context) const;
@@ -78,6 +84,9 @@ class MainWindow : public QMainWindow, public PlotHost {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  // Sees F1 wherever the keyboard focus is: menus and the dialogs the main window owns
+  // never pass it on to the main window by themselves.
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;

@@ -173,13 +173,13 @@ TEST_F(AppTest, ExpandWithAllSectionsShownReturnsToTheFullLength) {
 
 TEST_F(AppTest, HelpFollowsTheLastHighlightedMenuItem) {
   MainWindow& w = Start();
-  w.OnHelp(true);
+  w.OnHelp(MainWindow::HelpFrom::MenuItem);
   EXPECT_TRUE(helpRequests.empty()) << "F1 on a menu item does nothing";
   QTest::keyClick(&w, Qt::Key_F1);
   ASSERT_EQ(helpRequests.size(), 1u);
   EXPECT_EQ(helpRequests[0].fragment(), "") << "contents when no item was highlighted";
   w.TopEntry(kMenuFile)->menu()->actions()[1]->hover();
-  QTest::keyClick(&w, Qt::Key_F1);
+  w.OnHelp(MainWindow::HelpFrom::OwnedWindow);
   ASSERT_EQ(helpRequests.size(), 2u);
   EXPECT_EQ(helpRequests[1].fragment(), "cmd4011");
   w.OnCommand(kCmdHelp);
