@@ -49,7 +49,8 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   }
   EXPECT_EQ(s.Data[kRadiographDataSet - 1][499], 0.0f);
   ASSERT_GT(l.ColumnWidth, 0);
-  const QRgb curve = QColor(0, 0, 0).rgb();  // the default curve colour
+  const QRgb curve = QColor(0, 128, 0).rgb();  // a first run's colour of the first curve
+  const QRgb ink = QColor(0, 0, 0).rgb();
   const QRgb green = QColor(0, 255, 0).rgb();
   auto curveRows = [&](const QImage& image) { return RowsWith(image, l.ColumnLeft + 1, l.ColumnLeft + l.ColumnWidth, curve); };
   auto barRows = [&](const QImage& image) { return RowsWith(image, l.ColumnLeft - 40, l.ColumnLeft, green); };
@@ -63,7 +64,7 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   // The information block: a ruled line runs across the bottom of the page.
   bool ruled = false;
   for (int y = 600; y < 700; ++y)
-    ruled = ruled || (before.pixel(l.X0 + 5, y) == curve && before.pixel(900 - l.RightMargin - 5, y) == curve);
+    ruled = ruled || (before.pixel(l.X0 + 5, y) == ink && before.pixel(900 - l.RightMargin - 5, y) == ink);
   EXPECT_TRUE(ruled);
 
   // Delete points 200..299 as the delete tool does (the mask goes negative).
