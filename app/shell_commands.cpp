@@ -5,12 +5,15 @@
 #include "app/plot_view.h"
 #include "images/load.h"
 #include "images/ui/image_commands.h"
+#include "interact/colour_dialog.h"
+#include "interact/information_dialog.h"
 #include "interact/interact_commands.h"
 #include "model/command_registry.h"
 #include "model/core.h"
 #include "model/menu_state.h"
 #include "model/model.h"
 #include "model/prompt.h"
+#include "model/settings_files.h"
 #include "output/qt/output_commands.h"
 #include "output/qt/print_prompt.h"
 
@@ -27,6 +30,17 @@ void RegisterShellCommands(CommandRegistry& commands, MainWindow& window) {
   commands.Add(kCmdOverlayAnd, Needs::Nothing, [&window] { window.ToggleOverlay(false); });
   commands.Add(kCmdSection, Needs::Nothing, [&window] {
     SectionDialog dialog(window);
+    dialog.exec();
+  });
+  commands.Add(kCmdEditInfo, Needs::Nothing, [&window] {
+    InformationDialog dialog(window);
+    dialog.exec();
+  });
+  commands.Add(kCmdColourSetup, Needs::Nothing, [&window] {
+    ColourDialog dialog(window, [&window] {
+      const SettingsSave save = WriteSettings(window.PlotModel(), window.SettingsFolder());
+      if (!save.Saved) window.TellSettingsNotSaved(save);
+    });
     dialog.exec();
   });
 }

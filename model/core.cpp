@@ -18,6 +18,18 @@ void ClearDataSetSelections(DisplaySettings& settings) {
   std::memset(settings.DataSetSelection2, 0, sizeof settings.DataSetSelection2);
   std::memset(settings.DataSetSelection3, 0, sizeof settings.DataSetSelection3);
 }
+
+// The first data column shows the radiograph's strip sums when "Display Radiograph
+// Data" is on, data set 1 (no curve) when it is off.
+void SelectFirstDataSet(Model& model) {
+  PlotState& plot = model.Plot();
+  model.Settings().DataSetOfPlot[0] = model.Settings().ShowRadiographData ? kRadiographDataSet : 1;
+  plot.RadiographDataSet = kRadiographDataSet;
+  CopyField(plot.DataSetNames[0], "Mask");
+  CopyField(plot.DataSetNames[kRadiographDataSet - 1], "Radiograph");
+  if (plot.ColumnCount < 1) plot.ColumnCount = 1;
+  plot.NeedLayout = 1;
+}
 }  // namespace
 
 void FreeSectionImages(Model& model) {
@@ -150,14 +162,7 @@ void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
 
   if (plot.DepthTick == 0) plot.DepthTick = plot.DepthSpan < 300 ? 5 : plot.DepthSpan < 600 ? 10 : 25;
 
-  // The first data column shows the radiograph's strip sums when "Display Radiograph
-  // Data" is on, data set 1 (no curve) when it is off.
-  model.Settings().DataSetOfPlot[0] = model.Settings().ShowRadiographData ? kRadiographDataSet : 1;
-  plot.RadiographDataSet = kRadiographDataSet;
-  CopyField(plot.DataSetNames[0], "Mask");
-  CopyField(plot.DataSetNames[kRadiographDataSet - 1], "Radiograph");
-  if (plot.ColumnCount < 1) plot.ColumnCount = 1;
-  plot.NeedLayout = 1;
+  SelectFirstDataSet(model);
 
   if (!isRadiograph) {
     const OpticalImageDesc& optical = section.Optical;
@@ -166,6 +171,29 @@ void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
   }
   MenuAfterLoad(model.App.Menu, isRadiograph ? LoadKind::Radiograph : LoadKind::Optical,
                 RadiographGivesDataCurve(model));
+}
+
+void UpdateMenusAfterEdit(Model& model, const char* stepSizeTextBefore) {
+  PlotState& plot = model.Plot();
+  CoreSection& section = model.CurSection();
+  // A corrected step size stretches the depth axis; the point count stays, and so does
+  // any coarsening a long radiograph needed, because only the ratio is applied.
+  const float before = StepSizeMm(stepSizeTextBefore);
+  const float after = StepSizeMm(section.StepSizeText);
+  if (before != after && section.PointCount > 0) {
+    const float ratio = after / before;
+    for (int i = 0; i < section.PointCount && i < kMaxPoints; ++i) section.Depth[i] *= ratio;
+    const int slot = model.CurSectionSlot();
+    plot.SectionLength[slot] *= ratio;
+    plot.DepthSpan *= ratio;
+    plot.AxisLength *= ratio;
+  }
+  // The start depth and its label are the ones just typed: a reload's values must not
+  // overwrite them, or the plot would never move to the corrected depth.
+  model.Work().EndCoordinate = plot.SectionLength[model.CurSectionSlot()] + section.StartDepth;
+  if (plot.DataSetCount < 1 && section.PointCount > 0) plot.DataSetCount = 1;
+  SelectFirstDataSet(model);
+  MenuAfterLoad(model.App.Menu, LoadKind::Optical, RadiographGivesDataCurve(model));
 }
 
 }  // namespace sedra

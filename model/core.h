@@ -23,6 +23,12 @@ void FreeSectionImages(Model& model);
 // After a read: point count, depth axis, data sets, tick spacing and menu enabling.
 void UpdateMenusAfterLoad(Model& model, bool isRadiograph);
 
+// After the section information editor: what a load derives, redone from the edited
+// fields.  The edited start depth, start label and optical width label stay as typed
+// (no reload value replaces them); a changed step-size text rescales the depth axis;
+// "Display Radiograph Data" decides again what the first data column shows.
+void UpdateMenusAfterEdit(Model& model, const char* stepSizeTextBefore);
+
 // Step size in mm from the section's step-size text (micrometres), 1.0 without one.
 float StepSizeMm(const char* stepSizeText);
 

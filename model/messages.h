@@ -102,5 +102,10 @@ inline constexpr const char* kFileExistsCaption = "The file already exists";
 inline constexpr const char* kSelectRegionFirst = "A region number should be selected first.";
 inline constexpr const char* kNoDeletedData = "There was no deleted data in the selected area";
 inline constexpr const char* kResetColours = "Reset to original colours ?";
+// Section information editor: sizes no page or font could use.
+inline constexpr const char* kFontSizeRange =
+    "Font sizes should be between 6 and 72 points. The previous font sizes have been kept.";
+inline constexpr const char* kMarginRange =
+    "Printer margins should be between 0 and 100 mm. The previous margins have been kept.";
 
 }  // namespace sedra::msg

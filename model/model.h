@@ -291,7 +291,6 @@ struct AppState {
   int32_t NormaliseBy[kMaxCurves]{};
   int32_t FilterType[kMaxCurves]{};
   int32_t SmoothPoints[kMaxCurves]{};
-  uint32_t CurveColour[kMaxCurves]{};
   uint32_t CountsPerSecond = 0;
   uint32_t DrawLines = 0;
   int32_t PlotOfDataSet[kMaxChannels]{};

@@ -28,7 +28,7 @@ struct DisplaySettings {
   char SectionFolder[256];          // 0: folder of the last section read (LastDirectory)
   uint8_t Reserved256[320];         // 256: kept as read
   uint32_t Colours[kColourTableSize];   // 576: 0x00BBGGRR
-  uint32_t DataColours[kDataColourCount];  // 612: curve colours of data sets 0..9
+  uint32_t DataColours[kDataColourCount];  // 612: curve colours 2..9 (see DataColour)
   uint32_t ShowRadiographData;      // 652
   uint32_t CorrectCameraSignal;     // 656
   uint32_t CorrectCountTime;        // 660
@@ -82,6 +82,17 @@ struct WorkingBlock {
   uint8_t Scratch[75456 - 48];
 };
 #pragma pack(pop)
+
+// The colour of data curve j (0..9).  The colour list of the set-up dialog runs on past
+// the seven element colours: its entry 7 + j is curve j, so the colour table's last two
+// words (0x008000 and 0xFF00FF on a first run) colour the first two curves and the
+// block at 612 carries curves 2 to 9.  Painting and the dialog both go through here,
+// so the colour picked for " Data" is the colour the curve is drawn in.
+inline uint32_t& DataColour(DisplaySettings& s, int j) {
+  constexpr int kInTable = kColourTableSize - 7;
+  return j < kInTable ? s.Colours[7 + j] : s.DataColours[j - kInTable];
+}
+inline uint32_t DataColour(const DisplaySettings& s, int j) { return DataColour(const_cast<DisplaySettings&>(s), j); }
 
 static_assert(sizeof(DisplaySettings) == 1016);
 static_assert(offsetof(DisplaySettings, Reserved256) == 256);

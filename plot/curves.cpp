@@ -80,10 +80,7 @@ float DataAt(const CoreSection& section, int set0, int k) {
   return section.Data[set0][k];
 }
 
-QColor CurveColourOf(Model& model, int curve) {
-  const uint32_t own = model.App.CurveColour[curve];
-  return FromColorRef(own != 0 ? own : model.Settings().DataColours[curve]);
-}
+QColor CurveColourOf(Model& model, int curve) { return FromColorRef(DataColour(model.Settings(), curve)); }
 
 // A depth in mm to a document row, safe against NaN and absurd values.
 int64_t RowAt(int64_t top, double depth, double scale) {

@@ -3,10 +3,13 @@
 // of commands not built yet.
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTimer>
 #include <algorithm>
+#include <fstream>
 #include <functional>
 #include <map>
 
@@ -17,8 +20,10 @@
 #include "images/ui/image_windows.h"
 #include "images/ui/rad_contrast_dialog.h"
 #include "interact/annotation_dialogs.h"
+#include "interact/colour_dialog.h"
 #include "interact/data_dialogs.h"
 #include "interact/expand_dialog.h"
+#include "interact/information_dialog.h"
 #include "model/command_registry.h"
 #include "model/messages.h"
 
@@ -121,6 +126,18 @@ std::map<int, Check> Effects() {
       {kCmdHLine, opens((HLineDialog*)nullptr, {&PlotState::HLineMode, &PlotState::Tracking})},
       {kCmdVLine, opens((VLineDialog*)nullptr, {&PlotState::VLineMode, &PlotState::Tracking})},
       {kCmdDeletePoints, opens((DeletePointsDialog*)nullptr, {&PlotState::DeleteMode, &PlotState::Tracking})},
+      // The two modal dialogs are answered below: a start depth and "Finished"; a
+      // warnings tick and "OK".
+      {kCmdEditInfo, [](AppTest& t, MainWindow& w) {
+         EXPECT_FLOAT_EQ(t.model->CurSection().StartDepth, 1234);
+         EXPECT_EQ(t.model->Plot().NeedLayout, 1u);
+         EXPECT_FALSE(w.Action(kCmdImageSize)->isEnabled()) << "the sizing box starts unticked";
+       }},
+      {kCmdColourSetup, [](AppTest&, MainWindow& w) {
+         uint32_t words[254] = {};
+         std::ifstream(w.SettingsFolder() / "defaults.def", std::ios::binary).read(reinterpret_cast<char*>(words), sizeof words);
+         EXPECT_EQ(words[668 / 4], 1u) << "the warnings tick, written by OK";
+       }},
   };
 }
 
@@ -139,9 +156,18 @@ TEST_F(AppTest, EveryMenuActionReachesItsHandlerOrIsKnownToBeMissing) {
     EXPECT_EQ(w.Commands().Has(id), !isMissing) << "a command is built or on the missing list, not both";
     std::vector<std::pair<int, bool>> seen;
     w.Commands().Observer = [&seen](int c, bool ran) { seen.emplace_back(c, ran); };
-    // The one modal dialog of the menu answers at once.
+    // The modal dialogs of the menu answer at once.
     QTimer::singleShot(0, [&w] {
       if (auto* d = w.findChild<SectionDialog*>()) d->OnFinished();
+      if (auto* d = w.findChild<InformationDialog*>()) {
+        Control<QLineEdit>(d, 1490)->setText("01/01/2020");
+        Control<QLineEdit>(d, 1484)->setText("1234");
+        d->OnFinished();
+      }
+      if (auto* d = w.findChild<ColourDialog*>()) {
+        Control<QCheckBox>(d, 1503)->setChecked(true);
+        d->OnOk();
+      }
     });
     model->Plot().NeedLayout = 0;
     w.Action(id)->setEnabled(true);

@@ -36,7 +36,7 @@ TEST_F(AppTest, TheRadiographCurveFollowsTheMaskThroughDeletionAndRestoring) {
   PlotLayout l;
   const QImage before = test::Paint(*model, 900, 700, 0, &l);
   ASSERT_GT(l.ColumnWidth, 0);
-  const QRgb curve = QColor(0, 0, 0).rgb();  // the default curve colour
+  const QRgb curve = QColor(0, 128, 0).rgb();  // a first run's colour of the first curve
   const QRgb green = QColor(0, 255, 0).rgb();
   auto curveRows = [&](const QImage& image) { return RowsWith(image, l.ColumnLeft + 1, l.ColumnLeft + l.ColumnWidth, curve); };
   auto barRows = [&](const QImage& image) { return RowsWith(image, l.ColumnLeft - 40, l.ColumnLeft, green); };

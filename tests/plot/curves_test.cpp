@@ -32,7 +32,7 @@ class CurvesTest : public ::testing::Test {
     CopyField(plot.DataSetNames[3], "Ti");
     model_->App.Settings.DataSetOfPlot[0] = kSet;
     model_->App.RatioSetOfPlot[0] = 4;
-    model_->App.CurveColour[0] = 0x000000FF;
+    DataColour(model_->Settings(), 0) = 0x000000FF;
     model_->Settings().Colours[kAxisColour] = 0x00FF0000;
     model_->Settings().Colours[kTextColour] = 0x00008000;
   }
