@@ -36,7 +36,8 @@ bool CommandRegistry::Dispatch(int id, const Model& model) const {
 
 const std::vector<int>& CommandsNotYetBuilt() {
   static const std::vector<int> kMissing = {
-      kCmdMainTitle,       kCmdSectionTitle, kCmdSetText,     kCmdEditInfo,  kCmdColourSetup,
+      kCmdEditInfo,
+      kCmdColourSetup,
   };
   return kMissing;
 }

@@ -19,6 +19,7 @@
 #include "interact/annotation_dialogs.h"
 #include "interact/data_dialogs.h"
 #include "interact/expand_dialog.h"
+#include "interact/text_dialogs.h"
 #include "model/command_registry.h"
 #include "model/messages.h"
 
@@ -121,6 +122,9 @@ std::map<int, Check> Effects() {
       {kCmdHLine, opens((HLineDialog*)nullptr, {&PlotState::HLineMode, &PlotState::Tracking})},
       {kCmdVLine, opens((VLineDialog*)nullptr, {&PlotState::VLineMode, &PlotState::Tracking})},
       {kCmdDeletePoints, opens((DeletePointsDialog*)nullptr, {&PlotState::DeleteMode, &PlotState::Tracking})},
+      {kCmdMainTitle, opens((MainTitleDialog*)nullptr, {&PlotState::MainTitleMode})},
+      {kCmdSectionTitle, opens((SectionTitleDialog*)nullptr, {&PlotState::SectionTitleMode})},
+      {kCmdSetText, opens((TextFieldDialog*)nullptr, {&PlotState::TextFieldMode})},
   };
 }
 
