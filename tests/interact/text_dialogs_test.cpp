@@ -40,22 +40,20 @@ void Type(TextToolDialog* d, int id, const QString& text) {
 // Each tool starts from the text "old" and no size (so the default shows), then one box
 // is typed into and "Finished" clicked.
 TEST(TextDialogs, TypedTextAndSizesAreStoredCutOrRefused) {
-  const std::string a31(31, 'a'), none;
   const struct { int tool, id; QString typed; std::string text; int size; std::string told; } rows[] = {
-      {0, 1444, "Kernprobe Müller ø é", "Kernprobe M\xFCller \xF8 \xE9", 14, none},
-      {1, 1444, QString::fromStdString(a31 + "b\u0141"), a31, 8, none},  // cut before the characters are looked at
-      {2, 1444, "\u20AC 5 \u2013 \u201Cx\u201D", "\x80 5 \x96 \x93x\x94", 10, none},
-      {2, 1444, "Cafe\u0301", "Caf\xE9", 10, none},  // the accent is composed with its letter
+      {0, 1444, "Kernprobe Müller ø é", "Kernprobe M\xFCller \xF8 \xE9", 14, {}},
+      {1, 1444, QString(31, 'a') + "b\u0141", std::string(31, 'a'), 8, {}},  // cut before the characters are looked at
+      {2, 1444, "\u20AC 5 \u2013 \u201Cx\u201D", "\x80 5 \x96 \x93x\x94", 10, {}},
+      {2, 1444, "Cafe\u0301", "Caf\xE9", 10, {}},  // the accent is composed with its letter
       {0, 1444, "\u0141\u00F3d\u017A", "old", 14, Format(msg::kTextNotStorable, 0x141)},
       {1, 1444, "core \U0001F642", "old", 8, Format(msg::kTextNotStorable, 0x1F642)},
-      {0, 1493, "16", "old", 16, none}, {1, 1493, " 12pt", "old", 12, none}, {2, 1493, "abc", "old", 10, none},
-      {2, 1493, "1000", "old", 1000, none}, {0, 1493, "1001", "old", 14, Format(msg::kFontSizeTooLarge, 1001, 1000, 14)}};
+      {0, 1493, "16", "old", 16, {}}, {1, 1493, " 12pt", "old", 12, {}}, {2, 1493, "abc", "old", 10, {}},
+      {2, 1493, "1000", "old", 1000, {}}, {0, 1493, "1001", "old", 14, Format(msg::kFontSizeTooLarge, 1001, 1000, 14)}};
   for (const auto& r : rows) {
     test::FakeHost h;
     CopyField(Item(h.M, r.tool).first, 64, "old");
-    TextToolDialog* d = Open(h, r.tool);
-    Type(d, r.id, r.typed);
-    Control<QPushButton>(d, 1)->click();
+    Type(Open(h, r.tool), r.id, r.typed);
+    Control<QPushButton>(h.Tool, 1)->click();
     EXPECT_EQ(std::tuple(std::string(Item(h.M, r.tool).first), Item(h.M, r.tool).second, h.Prompt.Texts(), h.Tool),
               std::tuple(r.text, r.size, r.told.empty() ? std::vector<std::string>{} : std::vector{r.told},
                          (ToolDialog*)nullptr)) << r.typed.toStdString();
@@ -89,7 +87,8 @@ TEST(TextDialogs, PlacedTextIsPaintedWhereTheClickPutIt) {
               std::tuple(at(x - 8, top - 8), at(x - 8, top - 8), 0u, true)) << tool;
     QTemporaryDir dir;
     QPdfWriter pdf(dir.filePath("page.pdf"));
-    PaintPlot(h.M, *std::make_unique<QPainter>(&pdf), PaintTarget{QRect(0, 0, 1000, 700)});  // ends with the painter
+    // The page is written when the painter ends, at the end of this statement.
+    PaintPlot(h.M, *std::make_unique<QPainter>(&pdf), PaintTarget{QRect(0, 0, 1000, 700), {}, 0, 0, {}, true});
     QProcess text;
     text.start("pdftotext", {dir.filePath("page.pdf"), "-"});
     EXPECT_TRUE(text.waitForFinished() && QString::fromUtf8(text.readAllStandardOutput()).contains("Wörter-Øre"));
