@@ -98,6 +98,14 @@ inline constexpr const char* kCopiedToClipboard = "This page has been copied to 
 inline constexpr const char* kClipboardFailed = "Failed to copy to Clipboard";
 inline constexpr const char* kFileExistsCaption = "The file already exists";
 
+// Titles and text fields.  Message texts are 8-bit, so the refused character is named
+// by its Unicode number.
+inline constexpr const char* kTextNotStorable =
+    "The text contains a character (U+%04X) that cannot be stored in a title or text field: only the "
+    "Western European letters and signs of the plot's 8-bit text can. The text was not changed.";
+inline constexpr const char* kFontSizeTooLarge =
+    "A font size of %d points is larger than the %d points a title or text field can have. The size stays %d.";
+
 // Interaction.
 inline constexpr const char* kSelectRegionFirst = "A region number should be selected first.";
 inline constexpr const char* kNoDeletedData = "There was no deleted data in the selected area";

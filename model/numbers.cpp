@@ -2,6 +2,7 @@
 
 #include <locale.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -63,15 +64,20 @@ std::string Format(const char* fmt, ...) {
   return out;
 }
 
-int32_t LeadingInt(const std::string& text) {
+bool LeadingInt(const std::string& text, int32_t& value) {
   const char* p = text.c_str();
   while (*p == ' ' || *p == '\t') ++p;
   char* end = nullptr;
   const long long v = std::strtoll(p, &end, 10);
-  if (end == p) return 0;
-  if (v > INT32_MAX) return INT32_MAX;
-  if (v < INT32_MIN) return INT32_MIN;
-  return static_cast<int32_t>(v);
+  if (end == p) return false;
+  value = static_cast<int32_t>(std::clamp<long long>(v, INT32_MIN, INT32_MAX));
+  return true;
+}
+
+int32_t LeadingInt(const std::string& text) {
+  int32_t v = 0;
+  LeadingInt(text, v);
+  return v;
 }
 
 namespace {

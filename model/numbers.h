@@ -34,6 +34,9 @@ std::string Format(const char* fmt, ...) __attribute__((format(printf, 1, 2)));
 
 // Leading signed integer of a text (GetDlgItemInt semantics): 0 when there is none.
 int32_t LeadingInt(const std::string& text);
+// The same as "%d" reads it: false, and `value` untouched, when the text does not start
+// with a whole number.  Numbers beyond the 32-bit range are clamped to it.
+bool LeadingInt(const std::string& text, int32_t& value);
 
 // The leading real number of a text, as "%f" reads it (blanks skipped, a sign, digits,
 // a decimal point): false, and `value` untouched, when the text does not start with

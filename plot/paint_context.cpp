@@ -202,6 +202,24 @@ QString FromAnsi(const char* text, size_t size) {
   return out;
 }
 
+bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& bad) {
+  std::string out;
+  const QString composed = text.normalized(QString::NormalizationForm_C);
+  for (const char32_t c : composed.toUcs4()) {
+    if (out.size() == maxChars || c == 0) break;
+    int byte = c < 0x80 || (c >= 0xA0 && c <= 0xFF) ? int(c) : -1;
+    for (int i = 0; i < 32 && byte < 0; ++i)
+      if (kCp1252High[i] != 0 && kCp1252High[i] == c) byte = 0x80 + i;
+    if (byte < 0) {
+      bad = c;
+      return false;
+    }
+    out.push_back(char(byte));
+  }
+  bytes = std::move(out);
+  return true;
+}
+
 int FloorInt(double v) {
   if (!(v == v)) return 0;
   return int(std::clamp(std::floor(v), -2147483648.0, 2147483647.0));

@@ -14,6 +14,7 @@
 #include <QRect>
 #include <QString>
 #include <cstdint>
+#include <string>
 
 #include "images/draw/image_draw.h"
 
@@ -117,6 +118,13 @@ inline QColor FromColorRef(uint32_t c) { return QColor(int(c & 0xFF), int((c >> 
 
 // An 8-bit text of the model (Windows-1252) as a QString; at most `size` bytes are read.
 QString FromAnsi(const char* text, size_t size = 4096);
+
+// The first `maxChars` characters of `text` as Windows-1252 bytes, the way the model
+// stores its texts.  Characters are composed first, so an "e" typed with a combining
+// accent is stored as the one byte of "\u00e9".  False when one of those characters has
+// no byte in the code page; `bad` then holds the first such character and `bytes` is
+// left alone.
+bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& bad);
 
 // floor(v) as an int; NaN gives 0 and values beyond the int range are clamped, so a
 // damaged length never turns into undefined behaviour.

@@ -24,6 +24,7 @@
 #include "interact/data_dialogs.h"
 #include "interact/expand_dialog.h"
 #include "interact/information_dialog.h"
+#include "interact/text_dialogs.h"
 #include "model/command_registry.h"
 #include "model/messages.h"
 
@@ -138,6 +139,9 @@ std::map<int, Check> Effects() {
          std::ifstream(w.SettingsFolder() / "defaults.def", std::ios::binary).read(reinterpret_cast<char*>(words), sizeof words);
          EXPECT_EQ(words[668 / 4], 1u) << "the warnings tick, written by OK";
        }},
+      {kCmdMainTitle, opens((MainTitleDialog*)nullptr, {&PlotState::MainTitleMode})},
+      {kCmdSectionTitle, opens((SectionTitleDialog*)nullptr, {&PlotState::SectionTitleMode})},
+      {kCmdSetText, opens((TextFieldDialog*)nullptr, {&PlotState::TextFieldMode})},
   };
 }
 
