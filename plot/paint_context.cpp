@@ -202,7 +202,7 @@ QString FromAnsi(const char* text, size_t size) {
   return out;
 }
 
-bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& bad) {
+bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& bad, char replacement) {
   std::string out;
   const QString composed = text.normalized(QString::NormalizationForm_C);
   for (const char32_t c : composed.toUcs4()) {
@@ -210,6 +210,7 @@ bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& 
     int byte = c < 0x80 || (c >= 0xA0 && c <= 0xFF) ? int(c) : -1;
     for (int i = 0; i < 32 && byte < 0; ++i)
       if (kCp1252High[i] != 0 && kCp1252High[i] == c) byte = 0x80 + i;
+    if (byte < 0 && replacement != 0) byte = static_cast<unsigned char>(replacement);
     if (byte < 0) {
       bad = c;
       return false;

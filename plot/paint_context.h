@@ -123,8 +123,9 @@ QString FromAnsi(const char* text, size_t size = 4096);
 // stores its texts.  Characters are composed first, so an "e" typed with a combining
 // accent is stored as the one byte of "\u00e9".  False when one of those characters has
 // no byte in the code page; `bad` then holds the first such character and `bytes` is
-// left alone.
-bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& bad);
+// left alone.  With a `replacement` byte such characters become that byte instead, and
+// the call always succeeds.
+bool ToAnsi(const QString& text, size_t maxChars, std::string& bytes, char32_t& bad, char replacement = 0);
 
 // floor(v) as an int; NaN gives 0 and values beyond the int range are clamped, so a
 // damaged length never turns into undefined behaviour.

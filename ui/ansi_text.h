@@ -11,8 +11,8 @@ class QLineEdit;
 
 namespace sedra {
 
-// `text` in Windows-1252, cut to `limit` bytes.  A character the code page has no byte
-// for becomes '?', so what is stored is always what the plot will show.
+// `text` in Windows-1252, cut to `limit` characters and ended at a NUL.  A character the
+// code page has no byte for becomes '?', so what is stored is always what the plot shows.
 std::string ToAnsi(const QString& text, size_t limit);
 
 // Shows a field of `size` bytes (terminator included) and limits typing to what fits.

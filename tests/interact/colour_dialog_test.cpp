@@ -124,7 +124,9 @@ TEST(ColourDialog, OkSavesAndCancelAsksToReset) {
     std::ifstream(file, std::ios::binary).read(reinterpret_cast<char*>(words), sizeof words);
     EXPECT_EQ(Format("%x %u", words[576 / 4], words[668 / 4]), Format("%x %u", r.saved, r.warnings)) << "only OK saves";
     EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>(r.button == 1 ? 0 : 1, msg::kResetColours));
-    if (r.button != 1) EXPECT_EQ(host.Prompt.Messages[0].Caption + "/" + std::to_string(int(host.Prompt.Messages[0].ButtonSet)), " /3");
+    if (r.button != 1) {
+      EXPECT_EQ(host.Prompt.Messages[0].Caption + "/" + std::to_string(int(host.Prompt.Messages[0].ButtonSet)), " /3");
+    }
   }
   std::filesystem::remove(file.parent_path() / "elements.def"), std::filesystem::remove(file.parent_path() / "miscdata.def");
 }
