@@ -14,6 +14,7 @@
 
 #include "model/model.h"
 #include "model/numbers.h"
+#include "model/row_bands.h"
 #include "plot/paint_context.h"
 
 namespace sedra {
@@ -180,18 +181,23 @@ void ComputeRadiographData(Model& model) {
     const int c0 = std::max(0, plot.DataRegionLeft + 1);
     const int c1 = std::min(cols, plot.DataRegionRight);
     float* out = section.Data[set - 1];
-    int previous = 0;
-    for (int r = 0; r < rows; ++r) {
-      const int j = std::min(int(std::floor(float(r) * q)), kMaxPoints);
-      // A point takes the sum of the row at which the next point begins.
-      if (j > previous && j < kMaxPoints && current.Data[0][j] > 0) {
-        const uint16_t* row = rad.Samples.data() + size_t(r) * size_t(cols);
-        uint64_t sum = 0;
-        for (int x = c0; x < c1; ++x) sum += row[x];
-        for (int p = previous; p < j; ++p) out[p] = float(sum);
+    // The point where row r begins; row r fills the points from row r - 1's up to its
+    // own, so the rows' points never overlap and a long image is summed in bands.
+    auto pointOf = [q](int64_t r) { return r < 0 ? 0 : std::min(int(std::floor(float(r) * q)), kMaxPoints); };
+    ForEachRowBand(RowBandCount(int64_t(rows) * std::max(c1 - c0, 0)), rows, [&](int, int64_t from, int64_t to) {
+      int previous = pointOf(from - 1);
+      for (int64_t r = from; r < to; ++r) {
+        const int j = pointOf(r);
+        // A point takes the sum of the row at which the next point begins.
+        if (j > previous && j < kMaxPoints && current.Data[0][j] > 0) {
+          const uint16_t* row = rad.Samples.data() + size_t(r) * size_t(cols);
+          uint64_t sum = 0;
+          for (int x = c0; x < c1; ++x) sum += row[x];
+          for (int p = previous; p < j; ++p) out[p] = float(sum);
+        }
+        previous = j;
       }
-      previous = j;
-    }
+    });
   }
 }
 

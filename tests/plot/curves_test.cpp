@@ -257,6 +257,27 @@ TEST_F(CurvesTest, RadiographStripSumsFillTheRadiographDataSet) {
   }
 }
 
+// A radiograph of two million samples is summed in bands of rows: every point, those at
+// the bands' edges among them, still takes the row at which the next point begins.
+TEST_F(CurvesTest, LongRadiographsSumTheSameInBands) {
+  model_ = std::make_unique<Model>();
+  model_->Plot().RadiographDataSet = kRadiographDataSet;
+  model_->Plot().DataRegionRight = 1024;
+  CoreSection& s = model_->Section(0);
+  s.PointCount = 1024;
+  for (int k = 0; k < 1024; ++k) s.Data[0][k] = 1;
+  RadiographDesc& rad = s.Radiographs[0];
+  rad.Width = 1024;
+  rad.Height = 2048;
+  rad.Samples.resize(size_t(1024) * 2048);
+  for (size_t i = 0; i < rad.Samples.size(); ++i) rad.Samples[i] = uint16_t(i / 1024);
+  ComputeRadiographData(*model_);
+  int wrong = 0;
+  for (int p = 0; p < 1023; ++p) wrong += s.Data[kRadiographDataSet - 1][p] != float(1023 * 2 * (p + 1));
+  EXPECT_EQ(wrong, 0);
+  EXPECT_EQ(s.Data[kRadiographDataSet - 1][1023], 0.0f);
+}
+
 TEST_F(CurvesTest, TitlesCarryRatioLogAndUnitMarks) {
   const struct {
     const char* name;
