@@ -16,7 +16,7 @@ namespace sedra {
 // ---------------------------------------------------------------- dialog 214
 
 SectionDialog::SectionDialog(PlotHost& host)
-    : QDialog(host.OwnerWindow()), host_(host), model_(host.PlotModel()), ui_(std::make_unique<Ui::dlg214>()) {
+    : ModalDialog(host.OwnerWindow()), host_(host), model_(host.PlotModel()), ui_(std::make_unique<Ui::dlg214>()) {
   ui_->setupUi(this);
   const PlotState& plot = model_.Plot();
   for (int i = 0; i < kMaxSections; ++i) {
@@ -54,14 +54,8 @@ void SectionDialog::Finish() {
   done(0);
 }
 
-void SectionDialog::done(int result) {
-  if (closing_) {
-    QDialog::done(result);
-    return;
-  }
-  closing_ = true;
+void SectionDialog::Closed() {
   model_.Plot().NeedLayout = 1;
-  QDialog::done(result);
   host_.ApplyMenuState();
   // Back to 100%, which also ends any expanded region.
   host_.RunCommand(kCmdZoom100);

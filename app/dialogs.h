@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <memory>
 
+#include "ui/modal_dialog.h"
 #include "ui/tool_dialog.h"
 
 namespace Ui {
@@ -18,8 +19,9 @@ namespace sedra {
 class Model;
 class PlotHost;
 
-// "Select the Current Section or Display all Core Sections": modal.
-class SectionDialog : public QDialog {
+// "Select the Current Section or Display all Core Sections": modal; however it closes,
+// the plot is laid out again, the menus follow and the zoom returns to 100%.
+class SectionDialog : public ModalDialog {
   Q_OBJECT
  public:
   explicit SectionDialog(PlotHost& host);
@@ -29,14 +31,13 @@ class SectionDialog : public QDialog {
   void OnFinished();
 
  protected:
-  void done(int result) override;
+  void Closed() override;
 
  private:
   void Finish();
   PlotHost& host_;
   Model& model_;
   std::unique_ptr<Ui::dlg214> ui_;
-  bool closing_ = false;
 };
 
 // The About box: modeless, captioned with the program title.
