@@ -173,21 +173,15 @@ void PaintContext::Text(int left, int64_t top, int right, int64_t bottom, int fl
                    flags, text);
 }
 
-void PaintContext::FocusRect(int left, int64_t top, int right, int64_t bottom) {
+void PaintContext::FocusRect(int left, int64_t top, int right, int64_t bottom, const QRegion* within) {
   if (right <= left || bottom <= top) return;
   if (!BandVisible(top, bottom)) return;
-  const QPainter::CompositionMode old = Painter.compositionMode();
-  UseFocusPen(Painter);
-  Line(left, top, right - 1, top);
-  Line(right - 1, bottom - 1, left, bottom - 1);
-  // The sides start on the first visible row that keeps the dots in step with the top
-  // edge, so a band repainted piece by piece during a drag shows one even pattern.
-  const int64_t from = std::max(top, top + ((VisibleTop() - top) & ~int64_t(1)));
-  if (from <= bottom - 1) {
-    Line(right - 1, from, right - 1, bottom - 1);
-    Line(left, from, left, bottom - 1);
-  }
-  Painter.setCompositionMode(old);
+  // Edges far outside the device are moved to just outside it; the dots keep the phase
+  // of the true corner.
+  const int64_t t = std::max(top - OriginY, int64_t(Device.top()) - 1);
+  const int64_t b = std::min(bottom - OriginY, int64_t(Device.bottom()) + 2);
+  const QPoint phase(left, int((top - OriginY) & 1));
+  DrawFocusOutline(Painter, QRect(left, int(t), right - left, int(b - t)), phase, within);
 }
 
 QString FromAnsi(const char* text, size_t size) {

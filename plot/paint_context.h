@@ -63,8 +63,9 @@ struct PaintContext {
   void Text(int left, int64_t top, int right, int64_t bottom, int flags, const QString& text);
   // The device rectangle for a document rectangle, clamped like DeviceY.
   QRect DeviceRect(int left, int64_t top, int right, int64_t bottom) const;
-  // The dotted focus rectangle (left, top, right, bottom; right and bottom exclusive).
-  void FocusRect(int left, int64_t top, int right, int64_t bottom);
+  // The dotted focus rectangle (left, top, right, bottom; right and bottom exclusive),
+  // drawn only within `within` when that is given.
+  void FocusRect(int left, int64_t top, int right, int64_t bottom, const QRegion* within = nullptr);
 
   // Where the image drawing lands.
   DrawSurface Surface() const { return DrawSurface{&Painter, OriginY, Device}; }

@@ -38,12 +38,9 @@ PlotLayout ScreenBuffer::Paint(Model& model, QPainter& screen, const QRegion& re
   for (const QRect& r : region) screen.drawImage(r, buffer_, r);
   const IntRect& band = model.Plot().TrackRect;
   if (painted_ && band.Right >= 1 && !model.Plot().InSizeMove) {
-    screen.save();
-    screen.setClipRegion(region);
     PaintContext ctx(screen, model, 0, target.Client);
     ctx.OriginY = scroll_;
-    ctx.FocusRect(band.Left, band.Top, band.Right, band.Bottom);
-    screen.restore();
+    ctx.FocusRect(band.Left, band.Top, band.Right, band.Bottom, &region);
   }
   return layout;
 }

@@ -11,6 +11,8 @@
 #include <QRect>
 #include <cstdint>
 
+class QRegion;
+
 namespace sedra {
 
 class Model;
@@ -62,10 +64,12 @@ void DrawOverlay(const DrawSurface& surface, Model& model, int section, int left
 // The current radiograph once more at the place the user dragged it to (RadPlacement).
 void DrawMovedRadiograph(const DrawSurface& surface, Model& model);
 
-// Readies `painter` for a focus rectangle.  The platform drew focus rectangles by
-// inverting alternate pixels; where the device can combine pixels that is what happens
-// here too (a white dotted pen XORed on), elsewhere a dotted black frame.
-void UseFocusPen(QPainter& painter);
+// The dotted outline of a focus rectangle.  The platform drew focus rectangles by
+// inverting every other pixel of the frame; where the device can combine pixels that is
+// what happens here too (white dots XORed on), elsewhere the dots are black.  A dot falls
+// where x + y has the parity of `phase`, so a frame repainted piece by piece keeps one
+// even pattern.  `within`, when given, limits the drawing to its rectangles.
+void DrawFocusOutline(QPainter& painter, const QRect& rect, QPoint phase, const QRegion* within = nullptr);
 
 // First source row and row count of a radiograph of `section`: the expanded range's
 // rows when a range is expanded, else all rows.

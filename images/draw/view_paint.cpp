@@ -7,18 +7,7 @@
 
 namespace sedra {
 
-void DrawFocusRect(QPainter& painter, const QRect& rect) {
-  if (rect.width() < 1 || rect.height() < 1) return;
-  painter.save();
-  painter.setBrush(Qt::NoBrush);
-  UseFocusPen(painter);
-  const int l = rect.left(), t = rect.top(), r = rect.right(), b = rect.bottom();
-  painter.drawLine(l, t, r, t);
-  painter.drawLine(r, t + 1, r, b);
-  painter.drawLine(r - 1, b, l, b);
-  painter.drawLine(l, b - 1, l, t + 1);
-  painter.restore();
-}
+void DrawFocusRect(QPainter& painter, const QRect& rect) { DrawFocusOutline(painter, rect, rect.topLeft()); }
 
 namespace {
 
