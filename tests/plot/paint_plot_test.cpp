@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <set>
+#include <tuple>
 
 #include "images/draw/display_image.h"
 #include "plot_fixture.h"
@@ -19,8 +20,12 @@ constexpr uint32_t kBlue = 0x0000FF;  // the default axis colour 0xFF0000 (BGR)
 TEST(PaintPlot, NothingToShowPaintsOnlyTheBackground) {
   Model model;
   StartCore(model);
+  model.Plot().ColumnLeft = 321;
+  model.Plot().PlotHeight = 77;
   EXPECT_TRUE(Blank(Paint(model, 320, 200))) << "nothing loaded";
-  EXPECT_EQ(model.Plot().DepthSpan, 0.0f);
+  // Only the page is laid out; the columns keep their places.
+  const PlotState& p = model.Plot();
+  EXPECT_EQ(std::tuple(p.DepthSpan, p.PageWidth, p.ColumnLeft, p.PlotHeight), std::tuple(0.0f, 320, 321, 77));
   AddRadiograph(model, 0, 40, 300, 0x123456u);
   model.Plot().SectionLength[0] = std::nanf("");
   EXPECT_TRUE(Blank(Paint(model, 200, 150))) << "undefined span";
