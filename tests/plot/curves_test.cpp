@@ -52,6 +52,28 @@ class CurvesTest : public ::testing::Test {
     plot.SectionLength[s] = float(values.size());
     plot.DepthSpan = float(values.size());
   }
+  // A new model whose section `slot` has a width x height radiograph of samples sample(i), summed
+  // over the columns between 0 and `right`; sections 0 and 1 have `points` loaded points, of
+  // which point `deleted` of section 0 is deleted when >= 0.  Returns the radiograph data set.
+  const float* SumStrips(int slot, int width, int height, int points, int right, uint16_t (*sample)(size_t),
+                         int deleted = -1) {
+    model_ = std::make_unique<Model>();
+    model_->Plot().RadiographDataSet = kRadiographDataSet;
+    model_->Plot().DataRegionLeft = 0;
+    model_->Plot().DataRegionRight = right;
+    for (int s = 0; s < 2; ++s) {
+      model_->Section(s).PointCount = points;
+      for (int k = 0; k < points; ++k) model_->Section(s).Data[0][k] = 1;
+    }
+    if (deleted >= 0) model_->Section(0).Data[0][deleted] = -1;
+    RadiographDesc& rad = model_->Section(slot).Radiographs[0];
+    rad.Width = width;
+    rad.Height = height;
+    rad.Samples.resize(size_t(width) * size_t(height));
+    for (size_t i = 0; i < rad.Samples.size(); ++i) rad.Samples[i] = sample(i);
+    ComputeRadiographData(*model_);
+    return model_->Section(slot).Data[kRadiographDataSet - 1];
+  }
   int Offset(int slot) { return model_->Curves().Offsets[size_t(slot) * kMaxCurves]; }
   double Value(int k) { return model_->Curves().Value(0, k); }
   QImage Paint(const std::function<void(PaintContext&)>& draw, int width = 400, int height = 300) {
@@ -120,7 +142,7 @@ TEST_F(CurvesTest, RangeSmoothingAndOffsets) {
   }
 }
 
-TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
+TEST_F(CurvesTest, RatiosLogsCountsPerSecondAndTheirTitles) {
   const struct {
     const char* name;
     double numerator, denominator;
@@ -128,23 +150,29 @@ TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
     uint32_t countsPerSecond;
     const char* setName;
     double expected;
-    float sectionFactor = 0, curveFactor = 0;
+    const char* title;
     int normaliseBy = 0;
+    float sectionFactor = 0, curveFactor = 0;
   } rows[] = {
-      {"plain counts", 40, 0, 0, 0, 4, 0, "Fe", 40},
-      {"counts per second of an element", 40, 0, 0, 0, 4, 1, "Fe", 10},
-      {"count time 0 means 10 s", 40, 0, 0, 0, 0, 1, "Fe", 4},
-      {"derived channel is not per second", 40, 0, 0, 0, 4, 1, "Radiograph", 40},
-      {"mean is per second", 40, 0, 0, 0, 4, 1, "mean", 10},
-      {"ratio", 40, 8, 1, 0, 4, 1, "Fe", 5},
-      {"ratio with zero denominator stays undivided, per second", 40, 0, 1, 0, 4, 1, "Fe", 10},
-      {"ratio with negative denominator", 40, -2, 1, 0, 4, 0, "Fe", 40},
-      {"log ratio", 40 * std::exp(2.0), 40, 1, -1, 4, 1, "Fe", 2},
-      {"log of a negative quotient keeps the numerator", -40, 8, 1, -1, 4, 1, "Fe", -40},
-      {"a section's correction factor", 12, 0, 0, 0, 4, 0, "Fe", 24, 2},
-      {"the curve's own factor replaces the section's", 12, 0, 0, 0, 4, 0, "Fe", 36, 2, 3},
-      {"normalised by Inc", 12, 0, 0, 0, 4, 0, "Fe", 9, 2, 3, 1},
+      {"plain counts", 40, 0, 0, 0, 4, 0, "Fe", 40, "Fe int."},
+      {"counts per second of an element", 40, 0, 0, 0, 4, 1, "Fe", 10, "Fe cps"},
+      {"count time 0 means 10 s", 40, 0, 0, 0, 0, 1, "Fe", 4, "Fe cps"},
+      {"derived channel is not per second", 40, 0, 0, 0, 4, 1, "Radiograph", 40, "Radiograph"},
+      {"mean is per second", 40, 0, 0, 0, 4, 1, "mean", 10, "mean cps"},
+      {"so is the incoherent scatter", 40, 0, 0, 0, 4, 1, "Inc", 10, "Inc cps"},
+      {"a surface channel is named by its surface", 40, 0, 0, 0, 4, 1, "MSsurface", 40, "surface"},
+      {"a filter's column shows its label value", 40, 0, 0, 2, 4, 0, "Fe", 40, "Fe: 7"},
+      {"ratio", 40, 8, 1, 0, 4, 1, "Fe", 5, "Fe/Ti"},
+      {"ratio with zero denominator stays undivided, per second", 40, 0, 1, 0, 4, 1, "Fe", 10, "Fe/Ti"},
+      {"ratio with negative denominator", 40, -2, 1, 0, 4, 0, "Fe", 40, "Fe/Ti"},
+      {"ratio to the coherent scatter", 40, 8, 1, 0, 4, 0, "Fe", 5, "Fe/Coh", 2},
+      {"log ratio, both normalised by Inc", 40 * std::exp(2.0), 40, 1, -1, 4, 1, "Fe", 2, "ln(Fe/Inc)", 1},
+      {"log of a negative quotient keeps the numerator", -40, 8, 1, -1, 4, 1, "Fe", -40, "ln(Fe/Ti)"},
+      {"a section's correction factor", 12, 0, 0, 0, 4, 0, "Fe", 24, "Fe int.", 0, 2},
+      {"the curve's own factor replaces the section's", 12, 0, 0, 0, 4, 0, "Fe", 36, "Fe int.", 0, 2, 3},
+      {"normalised by Inc", 12, 0, 0, 0, 4, 0, "Fe", 9, "Fe int.", 1, 2, 3},
   };
+  model_->Plot().CurveLabelValue[0] = 7;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Fill(0, {row.numerator, 1});
@@ -161,7 +189,10 @@ TEST_F(CurvesTest, RatiosLogsAndCountsPerSecond) {
     model_->App.CountsPerSecond = row.countsPerSecond;
     ComputeCurves(*model_);
     EXPECT_NEAR(Value(0), row.expected, 1e-4 * std::fabs(row.expected) + 1e-6);
+    EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), row.title);
   }
+  model_->App.Settings.DataSetOfPlot[0] = 1;
+  EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), "") << "the mask's column has no title";
 }
 
 TEST_F(CurvesTest, DisplayAllIsThinnedToAboutAThousandPoints) {
@@ -236,71 +267,17 @@ TEST_F(CurvesTest, RadiographStripSumsFillTheRadiographDataSet) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    model_ = std::make_unique<Model>();
-    PlotState& plot = model_->Plot();
-    plot.RadiographDataSet = kRadiographDataSet;
-    plot.DataRegionLeft = 0;
-    plot.DataRegionRight = 4;
-    for (int s = 0; s < 2; ++s) {
-      model_->Section(s).PointCount = 5;
-      for (int k = 0; k < 5; ++k) model_->Section(s).Data[0][k] = 1;
-    }
-    if (row.deletedInCurrent >= 0) model_->Section(0).Data[0][row.deletedInCurrent] = -1;
-    RadiographDesc& rad = model_->Section(row.slot).Radiographs[0];
-    rad.Width = 4;
-    rad.Height = 10;
-    for (int r = 0; r < 10; ++r)
-      for (int c = 0; c < 4; ++c) rad.Samples.push_back(uint16_t(r * 10 + c));
-    ComputeRadiographData(*model_);
-    for (int k = 0; k < 5; ++k)
-      EXPECT_EQ(model_->Section(row.slot).Data[kRadiographDataSet - 1][k], row.expected[size_t(k)]) << k;
+    const float* data = SumStrips(row.slot, 4, 10, 5, 4, [](size_t i) { return uint16_t(i / 4 * 10 + i % 4); },
+                                  row.deletedInCurrent);
+    EXPECT_EQ(std::vector<float>(data, data + 5), row.expected);
   }
-}
-
-// A radiograph of two million samples is summed in bands of rows: every point, those at
-// the bands' edges among them, still takes the row at which the next point begins.
-TEST_F(CurvesTest, LongRadiographsSumTheSameInBands) {
-  model_ = std::make_unique<Model>();
-  model_->Plot().RadiographDataSet = kRadiographDataSet;
-  model_->Plot().DataRegionRight = 1024;
-  CoreSection& s = model_->Section(0);
-  s.PointCount = 1024;
-  for (int k = 0; k < 1024; ++k) s.Data[0][k] = 1;
-  RadiographDesc& rad = s.Radiographs[0];
-  rad.Width = 1024;
-  rad.Height = 2048;
-  rad.Samples.resize(size_t(1024) * 2048);
-  for (size_t i = 0; i < rad.Samples.size(); ++i) rad.Samples[i] = uint16_t(i / 1024);
-  ComputeRadiographData(*model_);
+  // Two million samples are summed in bands of rows: every point, those at the bands'
+  // edges among them, still takes the row at which the next point begins.
+  const float* data = SumStrips(0, 1024, 2048, 1024, 1024, [](size_t i) { return uint16_t(i / 1024); });
   int wrong = 0;
-  for (int p = 0; p < 1023; ++p) wrong += s.Data[kRadiographDataSet - 1][p] != float(1023 * 2 * (p + 1));
+  for (int p = 0; p < 1023; ++p) wrong += data[p] != float(1023 * 2 * (p + 1));
   EXPECT_EQ(wrong, 0);
-  EXPECT_EQ(s.Data[kRadiographDataSet - 1][1023], 0.0f);
-}
-
-TEST_F(CurvesTest, TitlesCarryRatioLogAndUnitMarks) {
-  const struct {
-    const char* name;
-    int ratioOn, normaliseBy, filterType;
-    uint32_t cps;
-    const char* expected;
-  } rows[] = {
-      {"Fe", 0, 0, 0, 0, "Fe int."},       {"Fe", 0, 0, 0, 1, "Fe cps"},     {"Radiograph", 0, 0, 0, 1, "Radiograph"},
-      {"mean", 0, 0, 0, 1, "mean cps"},    {"Inc", 0, 0, 0, 0, "Inc int."},  {"Fe", 1, 0, 0, 0, "Fe/Ti"},
-      {"Fe", 1, 2, 0, 0, "Fe/Coh"},        {"Fe", 1, 1, -1, 0, "ln(Fe/Inc)"}, {"Fe", 0, 0, 2, 0, "Fe: 7"},
-      {"MSsurface", 0, 0, 0, 0, "surface"},
-  };
-  model_->Plot().CurveLabelValue[0] = 7;
-  for (const auto& row : rows) {
-    CopyField(model_->Plot().DataSetNames[kSet - 1], row.name);
-    model_->App.RatioOn[0] = row.ratioOn;
-    model_->App.NormaliseBy[0] = row.normaliseBy;
-    model_->App.FilterType[0] = row.filterType;
-    model_->App.CountsPerSecond = row.cps;
-    EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), row.expected) << row.name;
-  }
-  model_->App.Settings.DataSetOfPlot[0] = 1;
-  EXPECT_EQ(CurveTitle(*model_, 0).toStdString(), "") << "the mask's column has no title";
+  EXPECT_EQ(data[1023], 0.0f);
 }
 
 // ---------------------------------------------------------------- drawing

@@ -14,16 +14,6 @@
 namespace sedra::test {
 namespace {
 
-// The page of the given size at `dpi`; fonts are measured on `device`.
-LayoutTarget TargetFor(int width, int height, const QImage* device = nullptr, int dpi = 96) {
-  LayoutTarget t;
-  t.Page = {0, 0, width, height};
-  t.DpiX = t.DpiY = dpi;
-  t.ScreenHeight = 700;
-  t.Device = device;
-  return t;
-}
-
 // The rules, with ch the bold plot font's character height at the target's dpi:
 // margins 3 ch left, dpi/8 right, 2 ch + 4 on top, and below half the top margin without
 // the information block, 3/2 of it with, twice it with count times.  The plot is zoom
@@ -81,7 +71,11 @@ TEST(PlotLayout, FollowsTheRulesOnEveryTarget) {
     QImage device = MakeImage(1, 1);
     device.setDotsPerMeterX(qRound(c.dpi / 0.0254));
     device.setDotsPerMeterY(qRound(c.dpi / 0.0254));
-    LayoutTarget target = TargetFor(c.width, c.height, &device, c.dpi);
+    LayoutTarget target;
+    target.Page = {0, 0, c.width, c.height};
+    target.DpiX = target.DpiY = c.dpi;
+    target.ScreenHeight = 700;
+    target.Device = &device;
     target.Printing = c.printing;
     target.ScrollPos = c.scroll;
     const PlotLayout l = ComputePlotLayout(model, target);
@@ -126,23 +120,6 @@ TEST(PlotLayout, DisplayAllStacksFlooredBandsAndSumsTheRadiographWidths) {
   }
   EXPECT_EQ(Rgb(image, l.XRight - 3, split), 0x0000FFu);
   EXPECT_EQ(Rgb(image, l.XRight - 3, split + 1), 0xFFFFFFu);
-}
-
-TEST(PlotLayout, WithoutASpanOnlyThePageIsLaidOutAndTheColumnsKeepTheirPlaces) {
-  Model model;
-  StartCore(model);
-  PlotState& p = model.Plot();
-  p.ColumnLeft = 321;
-  p.PlotHeight = 77;
-  const LayoutTarget t = TargetFor(500, 400);
-  const PlotLayout l = ComputePlotLayout(model, t);
-  EXPECT_FALSE(l.Drawable);
-  ApplyLayout(l, p);
-  EXPECT_EQ(p.PageWidth, 500);
-  EXPECT_EQ(p.ColumnLeft, 321);
-  EXPECT_EQ(p.PlotHeight, 77);
-  p.SectionLength[0] = std::nanf("");
-  EXPECT_FALSE(ComputePlotLayout(model, t).Drawable) << "an undefined span draws nothing";
 }
 
 }  // namespace

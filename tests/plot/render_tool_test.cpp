@@ -42,19 +42,6 @@ class RenderTool : public testing::Test {
   int folders_ = 0;
 };
 
-TEST_F(RenderTool, PngIsThePlotOfTheWindowAtTheGivenSize) {
-  const auto [exit, err] = Execute(kRenderer, Folder() + " --optical --page 900x640 -o " + Out("plot.png"));
-  ASSERT_EQ(exit, 0) << err.toStdString();
-  const QImage image(Out("plot.png"));
-  ASSERT_EQ(image.size(), QSize(900, 640));
-  const int x0 = 3 * CharHeight(), y0 = 2 * CharHeight() + 4;
-  EXPECT_EQ(Rgb(image, 1, 1), 0xFFFFFFu);
-  // The two axes in the default blue, and image pixels in the first column.
-  EXPECT_EQ(Rgb(image, x0, y0 + 200), 0x0000FFu);
-  EXPECT_EQ(Rgb(image, 600, y0), 0x0000FFu);
-  EXPECT_NE(Rgb(image, x0 + 12 + 3, y0 + 100), 0xFFFFFFu);
-}
-
 TEST_F(RenderTool, PdfPageCarriesVectorText) {
   const QString pdf = Out("plot.pdf");
   const auto [exit, err] = Execute(kRenderer, Folder() + " --optical --dpi 150 -o " + pdf);
@@ -88,15 +75,24 @@ TEST_F(RenderTool, ReaderMessagesGoToStderrAndFailuresExitNonZero) {
 }
 
 // Folders and files named relative to where the tool runs, or a RAW file by its name
-// in the section folder.
-TEST_F(RenderTool, RelativeFoldersAndFiles) {
+// in the section folder; a PNG is the plot of the window at the given size.
+TEST_F(RenderTool, RelativeFoldersAndFilesIntoPngs) {
   const QString folder = QFileInfo(Folder("--raw-values 200 --raw-lines 50")).fileName();
-  for (const QString& args : {folder + " -o rel.png", folder + " --raw " + folder + "/radiograph.raw --maxres -o raw1.png",
+  for (const QString& args : {folder + " --optical --page 900x640 -o rel.png",
+                              folder + " --raw " + folder + "/radiograph.raw --maxres -o raw1.png",
                               folder + " --raw radiograph.raw --highres -o raw2.png"}) {
     const auto [exit, err] = Execute(kRenderer, args, dir_.path());
     EXPECT_EQ(exit, 0) << args.toStdString() << ": " << err.toStdString();
     EXPECT_FALSE(err.contains(QStringLiteral("document.txt"))) << args.toStdString();
   }
+  const QImage image(Out("rel.png"));
+  ASSERT_EQ(image.size(), QSize(900, 640));
+  const int x0 = 3 * CharHeight(), y0 = 2 * CharHeight() + 4;
+  EXPECT_EQ(Rgb(image, 1, 1), 0xFFFFFFu);
+  // The two axes in the default blue, and image pixels in the first column.
+  EXPECT_EQ(Rgb(image, x0, y0 + 200), 0x0000FFu);
+  EXPECT_EQ(Rgb(image, 600, y0), 0x0000FFu);
+  EXPECT_NE(Rgb(image, x0 + 12 + 3, y0 + 100), 0xFFFFFFu);
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
 // The depth scale's ticks and labels, the layout-unit conversions, and the radiograph
-// band drawing on its own.
+// band drawing on its own (the stretch beneath it is checked in display_equivalence_test.cpp).
 
 #include <gtest/gtest.h>
 
 #include <tuple>
 
-#include "images/draw/display_image.h"
 #include "images/draw/image_draw.h"
 #include "plot/depth_scale.h"
 #include "plot_fixture.h"
@@ -133,43 +132,6 @@ TEST(ImageDrawing, RadiographsSideBySideWithOffsetAndHeightScaleUnlessTheContras
   model.Plot().RadContrastOpen = 1;
   const QImage hidden = draw();
   for (int y = 0; y < 300; y += 10) EXPECT_EQ(Rgb(hidden, 70, y), kWhite) << y;
-}
-
-TEST(ImageDrawing, StretchOfAPartEqualsThatPartOfTheWholeStretch) {
-  // Drawing a destination scrolled far down must give the pixels the whole drawing
-  // has there; compare a band of a 5000-row stretch with the band drawn alone.
-  QImage source(7, 300, QImage::Format_RGB32);
-  for (int y = 0; y < 300; ++y)
-    for (int x = 0; x < 7; ++x) source.setPixel(x, y, qRgb(y & 0xFF, y >> 8, x * 30));
-  auto stretch = [&](int height, int origin) {
-    QImage image(50, height, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter p(&image);
-    StretchImage(DrawSurface{&p, origin, image.rect()}, source, 0, 0, 7, 300, 3, 0, 40, 5000);
-    p.end();
-    return image;
-  };
-  EXPECT_EQ(stretch(100, 4321), stretch(5000, 0).copy(0, 4321, 50, 100));
-}
-
-TEST(ImageDrawing, StrongShrinkingPicksTheRowAtEachDestinationRowsCentre) {
-  // 4096 rows into 100: each drawn row is the source row under the centre of its
-  // destination row, read from the Dib without converting the rest.
-  Model model;
-  RadiographDesc& rad = model.CurRadiograph();
-  FillDib(rad.Bitmap, 64, 4096, [](int row) { return uint32_t((row & 0xFF) << 16 | ((row >> 8) & 0xFF) << 8); });
-  rad.Width = 64;
-  rad.Height = 4096;
-  QImage image(4, 100, QImage::Format_RGB32);
-  image.fill(Qt::white);
-  {
-    QPainter p(&image);
-    StretchImage(DrawSurface{&p, 0, image.rect()}, RadiographDisplay(model, rad), 0, 0, 64, 4096, 0, 0, 4, 100);
-  }
-  for (int y = 0; y < 100; ++y) {
-    const int row = qRed(image.pixel(1, y)) | qGreen(image.pixel(1, y)) << 8;
-    EXPECT_EQ(row, ((2 * y + 1) * 4096) / 200) << y;
-  }
 }
 
 }  // namespace
