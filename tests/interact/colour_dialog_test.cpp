@@ -1,5 +1,5 @@
 // "Colour and Data Set-Up" on a bare host: the list, the scroll bars, the swatches, the
-// write-back, OK's settings file and Cancel's question, and the colour a curve takes.
+// write-back, OK's settings file and Cancel's question.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -13,10 +13,10 @@
 #include <fstream>
 
 #include "interact/colour_dialog.h"
-#include "plot/plot_fixture.h"
 #include "model/messages.h"
 #include "model/numbers.h"
 #include "model/settings_files.h"
+#include "plot/plot_fixture.h"
 #include "support/fake_host.h"
 
 namespace sedra {

@@ -64,8 +64,7 @@ TEST(PointDeletion, TheToolMarksThePointsUnderTheBandCutToTheSection) {
     EXPECT_EQ(deleted, row.count);
     EXPECT_EQ(first, row.count ? row.first : -1);
     const bool message = row.button == 1471;
-    EXPECT_EQ(host.Prompt.Texts().size(), message ? 1u : 0u);
-    EXPECT_EQ(message ? host.Prompt.Messages[0].Text : "", message ? msg::kNoDeletedData : "");
+    EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>(message, msg::kNoDeletedData));
     EXPECT_EQ(p.NeedLayout + p.Modified, message ? 0u : 2u);
     EXPECT_EQ(p.TrackRect.Right, 0);
     Control<QPushButton>(d, 1036)->click();

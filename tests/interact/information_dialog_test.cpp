@@ -7,7 +7,6 @@
 #include <functional>
 
 #include "interact/information_dialog.h"
-#include "model/core.h"
 #include "model/menu_state.h"
 #include "model/messages.h"
 #include "model/numbers.h"
