@@ -40,67 +40,63 @@ std::string Stored(const CoreSection& s, Kind kind, int i) {
   return f(s.VLinePosition[i]) + f(s.VLineStyle[i]) + f(s.VLineWidth[i]);
 }
 
-TEST(AnnotationDialogs, OpeningShowsTheCurrentEntryAsTheBand) {
+// Entry 2 of every kind is in use: regions from 50 to 100 mm and from 30 to 60 of 300
+// across, a line at 60 mm 1 wide, one at 150 of 300 3 wide, both patterns 6.  The tool
+// opens on the current entry, then the edits, the band and the list are set and
+// "Finished" stores them in that entry.
+TEST(AnnotationDialogs, OpeningShowsTheCurrentEntryAndFinishedStoresItFromTheEditsTheListAndTheBand) {
   const struct {
     Kind kind;
     int entry;
     const char* shown;  // the band, edits 1476 and 1478, the list's selection
+    const char *edit1476, *edit1478;
+    IntRect band;
+    int list;
+    const char* stored;
   } rows[] = {
-      {Kind::HRegion, 2, "51 139 988 240|1050|1100|6"},  // 50..100 mm: rows 38 + 100.8 and 201.7
-      {Kind::HRegion, 5, "0 0 0 0|1000|1000|0"},         // free: the next click places it
-      {Kind::HLine, 2, "51 158 988 159|1|1060.0|0"},      // the width edit keeps its 1
-      {Kind::VRegion, 2, "247 38 330 643|-|-|6"},        // 30..60 of 300 across 823 px from 165
-      {Kind::VLine, 2, "575 38 579 643|3|-|0"},          // 150 of 300 at x 577
+      // 50..100 mm: rows 38 + 100.8 and 201.7
+      {Kind::HRegion, 2, "51 139 988 240|1050|1100|6", "1150", "1200.5", {}, 3, "150 200.5 3 "},
+      // free: the next click places it; a bottom that does not parse repeats the top
+      {Kind::HRegion, 5, "0 0 0 0|1000|1000|0", "1150", "x", {}, 0, "150 150 0 "},
+      // nothing parses: 0 less the start
+      {Kind::HRegion, 2, "51 139 988 240|1050|1100|6", "top", "end", {}, 0, "-1000 -1000 0 "},
+      // read through 16 characters
+      {Kind::HRegion, 5, "0 0 0 0|1000|1000|0", "                1", "1100", {}, 0, "-1000 100 0 "},
+      // 30..60 of 300 across 823 px from 165; stored from the band across the data area
+      {Kind::VRegion, 2, "247 38 330 643|-|-|6", "", "", {165, 38, 988, 643}, 7, "0 300 7 "},
+      // never placed: from x = 0
+      {Kind::VRegion, 5, "0 0 0 0|-|-|0", "", "", {}, 1, "-60.1458 -60.1458 1 "},
+      // the width edit keeps its 1
+      {Kind::HLine, 2, "51 158 988 159|1|1060.0|0", "3", "1123.5", {}, 2, "123.5 2 3 "},
+      // a width that is no number is 0
+      {Kind::HLine, 2, "51 158 988 159|1|1060.0|0", "wide", "1010", {}, 4, "10 4 0 "},
+      // 150 of 300 at x 577; stored as 122.1 units and the 2 kept
+      {Kind::VLine, 2, "575 38 579 643|3|-|0", "2", "", {500, 38, 504, 643}, 1, "124 1 2 "},
   };
   for (const auto& row : rows) {
+    SCOPED_TRACE(row.shown);
     Host host;
     CoreSection& s = host.M.CurSection();
     s.HRegionTop[2] = 50, s.HRegionBottom[2] = 100, s.HLineDepth[2] = 60, s.HLineWidth[2] = 1;
     s.VRegionLeft[2] = 30, s.VRegionRight[2] = 60, s.VLinePosition[2] = 150, s.VLineWidth[2] = 3;
     s.HRegionPattern[2] = s.VRegionPattern[2] = 6;
     CurrentEntry(host.M.Plot(), row.kind) = row.entry;
-    AnnotationDialog* d = host.Open(row.kind);
+    QPointer<AnnotationDialog> d = host.Open(row.kind);
     const IntRect& r = host.M.Plot().TrackRect;
     EXPECT_EQ(QString("%1 %2 %3 %4|%5|%6|%7").arg(r.Left).arg(r.Top).arg(r.Right).arg(r.Bottom)
                   .arg(Text(d, 1476), Text(d, 1478)).arg(d->findChild<QComboBox*>()->currentIndex()),
               row.shown);
     EXPECT_TRUE(Control<QRadioButton>(d, 1385 + row.entry)->isChecked());
-    d->close();
-    EXPECT_EQ(host.M.Plot().Tracking + host.M.Plot().HRegionMode + host.M.Plot().VLineMode, 0u);
-  }
-}
-
-TEST(AnnotationDialogs, FinishedStoresTheEntryFromTheEditsTheListAndTheBand) {
-  const struct {
-    Kind kind;
-    const char *edit1476, *edit1478;
-    IntRect band;
-    int list;
-    const char* stored;
-  } rows[] = {
-      {Kind::HRegion, "1150", "1200.5", {}, 3, "150 200.5 3 "},
-      {Kind::HRegion, "1150", "x", {}, 0, "150 150 0 "},          // a bottom that does not parse repeats the top
-      {Kind::HRegion, "top", "end", {}, 0, "-1000 -1000 0 "},    // nothing parses: 0 less the start
-      {Kind::HRegion, "                1", "1100", {}, 0, "-1000 100 0 "},  // read through 16 characters
-      {Kind::VRegion, "", "", {165, 38, 988, 643}, 7, "0 300 7 "},       // the band across the data area
-      {Kind::VRegion, "", "", {}, 1, "-60.1458 -60.1458 1 "},            // never placed: from x = 0
-      {Kind::HLine, "3", "1123.5", {}, 2, "123.5 2 3 "},
-      {Kind::HLine, "wide", "1010", {}, 4, "10 4 0 "},                   // a width that is no number is 0
-      {Kind::VLine, "2", "", {500, 38, 504, 643}, 1, "124 1 2 "},        // 122.1 units and the 2 kept
-  };
-  for (const auto& row : rows) {
-    Host host;
-    QPointer<AnnotationDialog> d = host.Open(row.kind);
-    CurrentEntry(host.M.Plot(), row.kind) = 4;
     for (auto [id, text] : {std::pair{1476, row.edit1476}, std::pair{1478, row.edit1478}})
       if (auto* edit = Control<QLineEdit>(d, id)) edit->setText(text);
     host.M.Plot().TrackRect = row.band;
     d->findChild<QComboBox*>()->setCurrentIndex(row.list);
     Control<QPushButton>(d, 1)->click();
-    EXPECT_EQ(Stored(host.M.CurSection(), row.kind, 4), row.stored) << row.edit1476 << "|" << row.edit1478;
+    EXPECT_EQ(Stored(s, row.kind, row.entry), row.stored) << row.edit1476 << "|" << row.edit1478;
     EXPECT_EQ(host.M.Plot().Modified, 1u);
     EXPECT_TRUE(d.isNull() || d->Ended());
-    EXPECT_EQ(host.M.Plot().TrackRect.Right, 0);
+    const PlotState& p = host.M.Plot();
+    EXPECT_EQ(std::tuple(p.TrackRect.Right, p.Tracking, p.HRegionMode, p.VLineMode), std::tuple(0, 0u, 0u, 0u));
   }
 }
 

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <tuple>
 
 #include "interact/data_dialogs.h"
 #include "interact/value_popup.h"
@@ -63,8 +64,7 @@ TEST(PointDeletion, TheToolMarksThePointsUnderTheBandCutToTheSection) {
     EXPECT_EQ(deleted, row.count);
     EXPECT_EQ(first, row.count ? row.first : -1);
     const bool message = row.button == 1471;
-    EXPECT_EQ(host.Prompt.Texts().size(), message ? 1u : 0u);
-    EXPECT_EQ(message ? host.Prompt.Messages[0].Text : "", message ? msg::kNoDeletedData : "");
+    EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>(message, msg::kNoDeletedData));
     EXPECT_EQ(p.NeedLayout + p.Modified, message ? 0u : 2u);
     EXPECT_EQ(p.TrackRect.Right, 0);
     Control<QPushButton>(d, 1036)->click();
@@ -102,43 +102,44 @@ TEST(YScale, ApplyStoresTheScaleWithItsRules) {
   EXPECT_EQ(YScaleDialog(host, 0).windowTitle(), "Set Scale for Radiograph/Mask");
 }
 
+// The curve shows data set 2 (the radiograph, 1234.6 at point 0 and 7.4 at 124) unless
+// the row picks another: 0 none, 3 the surface channel "Si surface" (2.5 at 124).  A ratio
+// is read from the computed curve (12345.678 at 124); the expanded view shows points
+// 500..1000 from 100 mm.
 TEST(ValueReadout, DepthFileAndColumnValueUnderThePointer) {
-  using Setup = void (*)(Model&);
   const struct {
     int x, y;  // x 175 lies in the one data column (165..439)
-    Setup setup;
     const char* lines;
+    int set = 2;
+    bool ratio = false, expanded = false;
   } rows[] = {
-      {175, 38, nullptr, "Position is 1000 mm|File L000000.spe|Radiograph:- 1235"},
-      {175, 88, nullptr, "Position is 1025 mm|File L000124.spe|Radiograph:- 7"},  // 50 rows of 605
-      {175, 643, nullptr, "Position is 1300 mm||"},                              // past the last point
-      {165, 88, nullptr, "Position is 1025 mm|File L000124.spe|"},               // the column's edge
-      {445, 88, nullptr, "Position is 1025 mm|File L000124.spe|"},               // one column only
-      {175, 88, [](Model& m) { m.Settings().DataSetOfPlot[0] = 0; }, "Position is 1025 mm|File L000124.spe|"},
-      {175, 88,
-       [](Model& m) {
-         m.Settings().DataSetOfPlot[0] = 3;
-         CopyField(m.Plot().DataSetNames[2], "Si surface");
-         m.CurSection().Data[2][124] = 2.5f;
-       },
-       "Position is 1025 mm|File L000124.spe|Si surface:- 2.50"},
-      {175, 88, [](Model& m) { m.App.RatioOn[0] = 1, m.Curves().Value(0, 124) = 12345.678; },
-       "Position is 1025 mm|File L000124.spe|Radiograph:- 1.23e+4"},
-      {175, 341,
-       [](Model& m) { m.Plot().Expanded = 1, m.Plot().ExpandTop = 100, m.Plot().ViewFirstPoint = 500,
-                      m.Plot().ViewLastPoint = 1000; },
-       "Position is 1250 mm|File L000750.spe|Radiograph:- 0"},
+      {175, 38, "Position is 1000 mm|File L000000.spe|Radiograph:- 1235"},
+      {175, 88, "Position is 1025 mm|File L000124.spe|Radiograph:- 7"},  // 50 rows of 605
+      {175, 643, "Position is 1300 mm||"},                              // past the last point
+      {165, 88, "Position is 1025 mm|File L000124.spe|"},               // the column's edge
+      {445, 88, "Position is 1025 mm|File L000124.spe|"},               // one column only
+      {175, 88, "Position is 1025 mm|File L000124.spe|", 0},
+      {175, 88, "Position is 1025 mm|File L000124.spe|Si surface:- 2.50", 3},
+      {175, 88, "Position is 1025 mm|File L000124.spe|Radiograph:- 1.23e+4", 2, true},
+      {175, 341, "Position is 1250 mm|File L000750.spe|Radiograph:- 0", 2, false, true},
   };
   Host host;
-  const PlotState painted = host.M.Plot();
-  const DisplaySettings settings = host.M.App.Settings;
+  Model& m = host.M;
+  CopyField(m.Plot().DataSetNames[2], "Si surface");
+  m.CurSection().Data[2][124] = 2.5f;
+  const PlotState painted = m.Plot();
+  float* radiograph = m.CurSection().Data[1];
+  std::fill(radiograph, radiograph + 1500, 0.0f);
+  radiograph[0] = 1234.6f, radiograph[124] = 7.4f;
+  m.Curves().Value(0, 124) = 12345.678;
   for (const auto& row : rows) {
-    host.M.Plot() = painted, host.M.App.Settings = settings, host.M.App.RatioOn[0] = 0;
-    float* radiograph = host.M.CurSection().Data[1];
-    std::fill(radiograph, radiograph + 1500, 0.0f);
-    radiograph[0] = 1234.6f, radiograph[124] = 7.4f;
-    if (row.setup) row.setup(host.M);
-    const ValueLines l = ValueReadout(host.M, host.L, row.x, row.y);
+    m.Plot() = painted;
+    m.Settings().DataSetOfPlot[0] = row.set;
+    m.App.RatioOn[0] = row.ratio;
+    if (row.expanded)
+      std::tie(m.Plot().Expanded, m.Plot().ExpandTop, m.Plot().ViewFirstPoint, m.Plot().ViewLastPoint) =
+          std::tuple(1u, 100.0f, 500, 1000);
+    const ValueLines l = ValueReadout(m, host.L, row.x, row.y);
     EXPECT_EQ(l.Depth + "|" + l.File + "|" + l.Value, row.lines);
   }
 }

@@ -7,11 +7,11 @@
 #include <functional>
 
 #include "interact/information_dialog.h"
-#include "model/core.h"
 #include "model/menu_state.h"
 #include "model/messages.h"
 #include "model/numbers.h"
 #include "model/settings_files.h"
+#include "plot/plot_fixture.h"
 #include "support/fake_host.h"
 
 namespace sedra {
@@ -20,13 +20,16 @@ namespace {
 QLineEdit* Edit(QDialog& d, int id) { return Control<QLineEdit>(&d, id); }
 std::string Str(const char* field) { return field; }
 
-// Section 3 is current: the dwell time still goes to section 1.  Check boxes show "0"
-// and are ticked ("1"); row 0 is the header block "Finished" places.
-TEST(InformationDialog, EachControlShowsAndStoresItsField) {
+// Section 3, 1500 points of 0.2 mm, is current: the dwell time still goes to section 1.
+// Check boxes show "0" and are ticked ("1"); rows 0 are what "Finished" derives: the
+// header block, and the depths, the first curve and its menu after the step size and
+// "Display Radiograph Data" changed.  The sizing box 1474 only offers "Image Size".
+TEST(InformationDialog, EachControlShowsAndStoresItsFieldOnceTheDateIsValid) {
   test::FakeHost host;
   Model& m = host.M;
   m.Plot().SectionCount = 3;
   m.SelectSection(2);
+  test::LoadSection(m, 1500);
   CoreSection& s = m.CurSection();
   DisplaySettings& set = m.Settings();
   CopyField(s.CoreName, "CORE-7");
@@ -51,10 +54,11 @@ TEST(InformationDialog, EachControlShowsAndStoresItsField) {
       {1470, "", "Mo \u20ac", [&] { return Str(s.TubeText); }, "Mo \x80"},
       {1497, "", "ok \u2603", [&] { return Str(s.CameraText); }, "ok ?"},
       {1508, "", "30 kV", [&] { return Str(s.XrfVoltText); }, "30 kV"},
-      {1493, "", a70, [&] { return Str(s.StepSizeText); }, std::string(31, 'A')},
+      {1493, "200 um", "100 um", [&] { return Str(s.StepSizeText); }, "100 um"},
       {1502, "", "10 s", [&] { return Str(s.CountTimeText); }, "10 s"},
       {1446, "", "45 kV", [&] { return Str(s.TubeSettingsText); }, "45 kV"},
-      {1490, "03/04/2025", "05/06/26", [&] { return Format("%d.%d.%d", s.ScanDay, s.ScanMonth, s.ScanYear); }, "5.6.2026"},
+      {1490, "03/04/2025", "05/06/26", [&] { return Format("%d.%d.%d", s.ScanDay, s.ScanMonth, s.ScanYear); },
+       "5.6.2026"},
       {1447, "15 ms", "20 s", [&] { return Format("%d %d %s", m.Section(0).Exposure, s.Exposure, s.ExposureText); },
        "20 99 s"},
       {1475, "12.3", "7.5", [&] { return num(s.OpticalWidthLabel); }, "7.5"},
@@ -76,7 +80,15 @@ TEST(InformationDialog, EachControlShowsAndStoresItsField) {
       {1491, "0", "1", [&] { return num(m.Work().ShowOptical); }, "1"},
       {1492, "0", "1", [&] { return num(m.Work().ShowCoreName); }, "1"},
       {1494, "0", "1", [&] { return num(m.Work().ShowSectionName); }, "1"},
-      {0, "", "", [&] { return Format("%d %d %d", s.SectionTitleFontSize, s.HeaderRect.Left, s.HeaderRect.Top); }, "8 180 15"},
+      {1474, "0", "1", [&] { return num(m.App.Menu.IsItemEnabled(kCmdImageSize)); }, "1"},
+      {0, "", "",
+       [&] { return Format("%d %d %d", s.SectionTitleFontSize, s.HeaderRect.Left, s.HeaderRect.Top); }, "8 180 15"},
+      {0, "", "",
+       [&] {
+         return Format("%.1f %.1f %d %d", s.Depth[1499], m.Work().EndCoordinate, set.DataSetOfPlot[0],
+                       m.App.Menu.IsTopEnabled(kMenuElementData));
+       },
+       "149.9 1384.5 2 1"},
   };
   InformationDialog dialog(host);
   for (const auto& r : rows) {
@@ -89,25 +101,19 @@ TEST(InformationDialog, EachControlShowsAndStoresItsField) {
       Edit(dialog, r.id)->setText(QString::fromUtf8(r.typed.c_str()));
     }
   }
+  // A refused date stops "Finished" after the file, core, section and user fields.
+  Edit(dialog, 1490)->setText("3 April");
+  EXPECT_FALSE(dialog.OnFinished());
+  EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>{msg::kDateFormat});
+  for (const auto& r : rows) {
+    if (r.id == 1468 || r.id == 1457 || r.id == 1471 || r.id == 1477 || r.id == 1470)
+      EXPECT_EQ(r.stored(), r.id == 1470 ? "" : r.expected) << r.id;
+  }
+  host.Prompt.Messages.clear();
+  Edit(dialog, 1490)->setText("05/06/26");
   EXPECT_TRUE(dialog.OnFinished());
   EXPECT_TRUE(host.Prompt.Messages.empty());
   for (const auto& r : rows) EXPECT_EQ(r.stored(), r.expected) << r.id;
-}
-
-// A refused date stops "Finished" after the file, core, section and user fields.
-TEST(InformationDialog, RefusedDateKeepsTheDialogOpenWithTheFirstFourFieldsStored) {
-  for (auto [date, message] : {std::pair{"3 April", msg::kDateFormat}, {"31/02/2025", msg::kDateInvalid}}) {
-    test::FakeHost host;
-    CoreSection& s = host.M.CurSection();
-    InformationDialog dialog(host);
-    dialog.show();
-    for (int id : {1468, 1457, 1471, 1477, 1470}) Edit(dialog, id)->setText("new");
-    Edit(dialog, 1490)->setText(date);
-    EXPECT_FALSE(dialog.OnFinished());
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>{message});
-    EXPECT_EQ(Str(s.FileName) + Str(s.CoreName) + Str(s.SectionName) + Str(s.UserField) + Str(s.TubeText), "newnewnewnew");
-  }
 }
 
 // 0 on opening comes from the section length; typed below 1 it becomes 100.  Sizes no
@@ -140,34 +146,7 @@ TEST(InformationDialog, DepthTickAndSizeRules) {
     ASSERT_TRUE(dialog.OnFinished());
     EXPECT_EQ(Format("%d %d %d", host.M.Plot().DepthTick, set.HScaleFontSize, set.MarginLeft), r.stored);
     EXPECT_EQ(host.Prompt.Texts(), r.messages);
-  }
-}
-
-// After "Finished" the plot keeps what was typed: the start depth moves the plot, the
-// step size stretches it, "Display Radiograph Data" picks the first column's data set
-// and with it "Element Data", the sizing box "Image Size".
-TEST(InformationDialog, AfterFinishedTheEditedDepthsLastAndTheMenusFollow) {
-  for (bool on : {true, false}) {
-    test::FakeHost host;
-    Model& m = host.M;
-    m.CurRadiograph().Width = 4, m.CurRadiograph().Height = 1500;  // 300 mm, no optical image
-    m.Work().SampleStep = 1, m.Work().StartCoordinate = 1100;
-    CopyField(m.CurSection().StepSizeText, "200 um");
-    UpdateMenusAfterLoad(m, true);
-    InformationDialog dialog(host);
-    for (auto [id, text] : {std::pair{1490, "1/1/20"}, {1484, "1234.5"}, {1476, "1200"}, {1475, "6.5"}, {1493, on ? "200 um" : "100 um"}})
-      Edit(dialog, id)->setText(text);
-    Control<QCheckBox>(&dialog, 1483)->setChecked(on);
-    Control<QCheckBox>(&dialog, 1474)->setChecked(on);
-    ASSERT_TRUE(dialog.OnFinished());
-    const CoreSection& s = m.CurSection();
-    EXPECT_EQ(Format("%g %d %g", s.StartDepth, s.StartLabelDepth, s.OpticalWidthLabel), "1234.5 1200 6.5");
-    const float span = on ? 300 : 150;
-    EXPECT_NEAR(s.Depth[1499], span * 1499 / 1500, 0.01);
-    EXPECT_NEAR(m.Work().EndCoordinate, 1234.5 + span, 0.01);
-    EXPECT_EQ(m.Settings().DataSetOfPlot[0], on ? kRadiographDataSet : 1);
-    EXPECT_EQ(m.App.Menu.IsTopEnabled(kMenuElementData), on);
-    EXPECT_EQ(m.App.Menu.IsItemEnabled(kCmdImageSize), on);
+    EXPECT_FALSE(host.M.App.Menu.IsTopEnabled(kMenuElementData)) << "no curve without a radiograph";
   }
 }
 

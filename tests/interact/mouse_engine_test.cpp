@@ -152,16 +152,6 @@ TEST(MouseEngine, GesturesPickPlaceDragAndCommit) {
   }
 }
 
-TEST(MouseEngine, ADraggedTitleKeepsFollowingAndJumpsByTheScroll) {
-  Painted t;
-  t.M.Plot().ZoomFactor = 2;
-  Play(t.M, t.L, "d130,52", 0);
-  // The button went up outside the window: the title follows without a redraw, and
-  // while scrolled each move takes it up by the scroll position (kept).
-  EXPECT_TRUE(Play(t.M, t.L, "m140,52 m140,52", 100).Damage.empty());
-  EXPECT_EQ(Text(t.M.Plot().TrackRect), "128 -56 165 -40");
-}
-
 TEST(MouseEngine, RowsReadAsWholeMillimetresAtEveryZoomAndScroll) {
   // A hand-made layout: plot top at 34, 300 mm over 666 rows per zoom step, labelled from 1000 mm.
   Model m;
@@ -192,8 +182,16 @@ TEST(MouseEngine, RowsReadAsWholeMillimetresAtEveryZoomAndScroll) {
   }
 }
 
-TEST(MouseEngine, TheRadiographSizeIsCommittedOnEveryRelease) {
+// At 200%: a title dragged out of the window follows without a redraw, and while
+// scrolled each move takes it up by the scroll position (kept); the radiograph's size is
+// committed on every release.
+TEST(MouseEngine, ZoomedTitleDragsFollowTheScrollAndSizesCommitOnRelease) {
   Painted t;
+  t.M.Plot().ZoomFactor = 2;
+  Play(t.M, t.L, "d130,52", 0);
+  EXPECT_TRUE(Play(t.M, t.L, "m140,52 m140,52", 100).Damage.empty());
+  EXPECT_EQ(Text(t.M.Plot().TrackRect), "128 -56 165 -40");
+
   t.Arm({&PlotState::ImageSizeMode}, {200, 100, 260, 400});
   t.M.Plot().ZoomFactor = 2;
   EXPECT_TRUE(Play(t.M, t.L, "u0,0").RepaintAll);
