@@ -38,7 +38,7 @@ struct Field {
   size_t At, Size;
   uint32_t Value;
 };
-inline void ExpectFields(const std::vector<uint8_t>& b, std::initializer_list<Field> fields) {
+inline void ExpectFields(const std::vector<uint8_t>& b, const std::vector<Field>& fields) {
   for (const Field& f : fields) EXPECT_EQ(f.Size == 2 ? U16(b, f.At) : U32(b, f.At), f.Value) << "field at " << f.At;
 }
 

@@ -15,9 +15,6 @@
 namespace sedra {
 namespace {
 
-using test::U16;
-using test::U32;
-
 // A display that describes a bitmap and hands out rows filled with a known pattern.
 class FakeDisplay : public BitmapSource {
  public:
@@ -51,61 +48,56 @@ struct WrittenFile {
   }
 };
 
-std::string CString(const std::vector<uint8_t>& b, size_t at) { return reinterpret_cast<const char*>(&b[at]); }
-
 TEST(HeaderSize, FollowsTheBitsPerPixel) {
   for (auto [bits, size] : {std::pair{24, 40u}, {16, 52u}, {32, 52u}, {8, 40u + 4 * 256}, {4, 40u + 4 * 16}, {1, 48u}})
     EXPECT_EQ(BmpHeaderSize(bits), size) << bits << " bits";
 }
 
-TEST(WriteBmp, TwentyFourBitFileHasTheOversizedLengthField) {
-  WrittenFile out;
-  FakeDisplay display(3, 2);  // 9 bytes a row, padded to 12
-  test::ScriptedPrompt prompt;
-  ASSERT_TRUE(WriteBmp(prompt, out.File, display));
-  const auto b = out.Close();
-  ASSERT_EQ(b.size(), 14u + 40u + 24u);
-  // "BM", a length 40 more than the file really has, the 40-byte information header,
-  // and the image size worked out from the padded rows.
-  test::ExpectFields(b, {{0, 2, 0x4D42}, {2, 4, 24 + 40 + 54}, {6, 4, 0}, {10, 4, 54}, {14, 4, 40}, {18, 4, 3},
-                         {22, 4, 2}, {26, 2, 1}, {28, 2, 24}, {30, 4, 0}, {34, 4, 24}});
-  for (size_t i = 0; i < 24; ++i) EXPECT_EQ(b[54 + i], uint8_t(i * 7 + 1)) << i;
-  EXPECT_TRUE(prompt.Messages.empty());
-}
-
-TEST(WriteBmp, ThirtyTwoBitFileCarriesItsMasksAfterTheHeader) {
-  WrittenFile out;
-  FakeDisplay display(2, 1, 32);
-  display.Format.Compression = 3;
-  display.Extra = {0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0};
-  test::ScriptedPrompt prompt;
-  ASSERT_TRUE(WriteBmp(prompt, out.File, display));
-  const auto b = out.Close();
-  ASSERT_EQ(b.size(), 14u + 52u + 8u);
-  // The header itself stays 40 bytes; the masks follow it.
-  test::ExpectFields(b, {{2, 4, 8 + 52 + 54}, {10, 4, 66}, {14, 4, 40}, {30, 4, 3}, {54, 4, 0x00FF0000},
-                         {58, 4, 0x0000FF00}, {62, 4, 0x000000FF}});
-  EXPECT_EQ(b[66], 1);
+TEST(WriteBmp, HeaderMasksAndRows) {
+  const struct {
+    int Width, Height, Bits;
+    std::vector<uint8_t> Masks;
+    size_t RowsAt, RowBytes;
+    std::vector<test::Field> Fields;
+  } rows[] = {
+      // 9 bytes a row, padded to 12.  "BM", a length 40 more than the file really has,
+      // the 40-byte information header and the image size worked out from the padded rows.
+      {3, 2, 24, {}, 54, 24, {{0, 2, 0x4D42}, {2, 4, 24 + 40 + 54}, {6, 4, 0}, {10, 4, 54}, {14, 4, 40}, {18, 4, 3},
+                              {22, 4, 2}, {26, 2, 1}, {28, 2, 24}, {30, 4, 0}, {34, 4, 24}}},
+      // The header itself stays 40 bytes; the masks follow it.
+      {2, 1, 32, {0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0}, 66, 8,
+       {{2, 4, 8 + 52 + 54}, {10, 4, 66}, {14, 4, 40}, {30, 4, 3}, {54, 4, 0x00FF0000}, {58, 4, 0x0000FF00},
+        {62, 4, 0x000000FF}}},
+  };
+  for (const auto& r : rows) {
+    SCOPED_TRACE(r.Bits);
+    WrittenFile out;
+    FakeDisplay display(r.Width, r.Height, uint16_t(r.Bits));
+    display.Format.Compression = r.Masks.empty() ? 0 : 3;
+    display.Extra = r.Masks;
+    test::ScriptedPrompt prompt;
+    ASSERT_TRUE(WriteBmp(prompt, out.File, display));
+    const auto b = out.Close();
+    ASSERT_EQ(b.size(), r.RowsAt + r.RowBytes);
+    test::ExpectFields(b, r.Fields);
+    for (size_t i = 0; i < r.RowBytes; ++i) EXPECT_EQ(b[r.RowsAt + i], uint8_t(i * 7 + 1)) << i;
+    EXPECT_TRUE(prompt.Messages.empty());
+  }
 }
 
 TEST(WriteBmp, FailuresOfTheDisplayAreReportedWithTheirOwnMessages) {
   // Whatever was written before is never committed (see the failing writes of Save Image).
-  const struct {
-    bool Describes;
-    const char* Message;
-  } rows[] = {{false, msg::kGetDIBits1Failed}, {true, msg::kGetDIBitsFailed}};
-  for (const auto& r : rows) {
+  for (auto [describes, message] : {std::pair{false, msg::kGetDIBits1Failed}, {true, msg::kGetDIBitsFailed}}) {
     WrittenFile out;
     FakeDisplay display(4, 4);
-    display.DescribeWorks = r.Describes;
+    display.DescribeWorks = describes;
     display.RowsWork = false;
     test::ScriptedPrompt prompt;
     EXPECT_FALSE(WriteBmp(prompt, out.File, display));
     EXPECT_EQ(out.File.Error(), 0) << "no write failed";
     ASSERT_EQ(prompt.Messages.size(), 1u);
-    EXPECT_EQ(prompt.Messages[0].Text, r.Message);
-    EXPECT_EQ(prompt.Messages[0].Caption, "");
-    EXPECT_EQ(prompt.Messages[0].ButtonSet, Buttons::Ok);
+    const auto& m = prompt.Messages[0];
+    EXPECT_EQ(std::tie(m.Text, m.Caption, m.ButtonSet), std::tuple(message, "", Buttons::Ok));
   }
 }
 
@@ -133,19 +125,15 @@ TEST(WriteTiff, PaddedRowsTheDirectoryAndItsFields) {
   for (size_t i = 0; i < 16; ++i) {
     const size_t at = p + 2 + i * 12;
     SCOPED_TRACE(i + 1);
-    EXPECT_EQ(U16(b, at), entries[i].Tag);
-    EXPECT_EQ(U16(b, at + 2), entries[i].Type);
-    EXPECT_EQ(U32(b, at + 4), entries[i].Count);
-    EXPECT_EQ(U32(b, at + 8), entries[i].Value);
+    test::ExpectFields(b, {{at, 2, entries[i].Tag}, {at + 2, 2, entries[i].Type}, {at + 4, 4, entries[i].Count},
+                           {at + 8, 4, entries[i].Value}});
   }
   // The document name right after the entries (no next-directory offset between),
   // then the empty software field and the two resolutions.
-  EXPECT_EQ(CString(b, p + 194), std::string(63, 'x'));
+  EXPECT_EQ(reinterpret_cast<const char*>(&b[p + 194]), std::string(63, 'x'));
   EXPECT_TRUE(std::all_of(b.begin() + p + 194 + 63, b.begin() + p + 322, [](uint8_t c) { return c == 0; }));
-  for (size_t at : {p + 322, p + 330}) {
-    EXPECT_EQ(U32(b, at), 0x80000000u);
-    EXPECT_EQ(U32(b, at + 4), 100000u);
-  }
+  test::ExpectFields(b, {{p + 322, 4, 0x80000000u}, {p + 326, 4, 100000}, {p + 330, 4, 0x80000000u},
+                         {p + 334, 4, 100000}});
 }
 
 }  // namespace

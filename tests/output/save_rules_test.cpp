@@ -4,13 +4,10 @@
 
 #include <tuple>
 
-#include "model/messages.h"
 #include "model/model.h"
 #include "model/settings_blocks.h"
-#include "output/file_bytes.h"
 #include "output/page_rect.h"
 #include "output/save_rules.h"
-#include "support/scripted_prompt.h"
 
 namespace sedra {
 namespace {
@@ -31,45 +28,12 @@ TEST(WithImageExtension, AppendsOnlyWhenTheNameHasNoDot) {
   for (const auto& r : rows) EXPECT_EQ(WithImageExtension(r.Chosen, r.Filter), r.Written) << r.Chosen;
 }
 
-TEST(SaveImageRequest, OffersBitmapThenTiffStartingFromTheSectionFile) {
-  auto model = std::make_unique<Model>();
-  CopyField(model->CurSection().FileName, "KR-03 sect 4");
-  const FileRequest r = SaveImageRequest(*model, "/work/lab");
-  EXPECT_EQ(r.Title, "Save Current Display as Image file");
+// The title and the first folder and name are the desktop prompt's and the commands' tests.
+TEST(SaveImageRequest, OffersBitmapThenTiff) {
+  const FileRequest r = SaveImageRequest(*std::make_unique<Model>(), "/work/lab");
   ASSERT_EQ(r.Filters.size(), 2u);
-  EXPECT_EQ(std::tie(r.Filters[0].Name, r.Filters[0].Pattern), std::tuple("Bitmap (*.bmp)", "*.bmp"));
-  EXPECT_EQ(std::tie(r.Filters[1].Name, r.Filters[1].Pattern), std::tuple("Tiff (*.tif)", "*.tif"));
-  EXPECT_EQ(std::tuple(r.FilterIndex, r.InitialName, r.InitialDir), std::tuple(1, "KR-03 sect 4", "/work/lab"));
-}
-
-class ChooseImageFileTest : public ::testing::Test {
- protected:
-  test::TempFolder folder{"choose"};
-  test::ScriptedPrompt prompt;
-  FileRequest request{"Save Current Display as Image file", {}, 1, "", ""};
-};
-
-// No followed by a cancelled dialog is left to the Save Image tests.
-TEST_F(ChooseImageFileTest, ExistingFileAsksYesKeepsItNoBringsTheDialogBack) {
-  const std::string existing = (folder / "plot.bmp").string();
-  std::fclose(std::fopen(existing.c_str(), "wb"));
-  // "plot" becomes plot.bmp, which exists: No, then another name.
-  prompt.ChooseFile((folder / "plot").string(), kBmpFilter);
-  prompt.Answers.push_back(Answer::No);
-  prompt.ChooseFile((folder / "other").string(), kBmpFilter);
-  FileChoice c = ChooseImageFile(prompt, request);
-  EXPECT_EQ(std::tuple(c.Accepted, c.Path), std::tuple(true, (folder / "other.bmp").string()));
-  ASSERT_EQ(prompt.Messages.size(), 1u);
-  EXPECT_EQ(prompt.Messages[0].Text, "Overwrite file plot.bmp ?");  // without its folder
-  EXPECT_EQ(std::tuple(prompt.Messages[0].Caption, prompt.Messages[0].ButtonSet),
-            std::tuple(msg::kFileExistsCaption, Buttons::YesNo));
-  ASSERT_EQ(prompt.SaveRequests.size(), 2u);
-  EXPECT_EQ(prompt.SaveRequests[1].Title, request.Title);
-  // Yes keeps the existing name.
-  prompt.ChooseFile(existing, kBmpFilter);
-  prompt.Answers.push_back(Answer::Yes);
-  c = ChooseImageFile(prompt, request);
-  EXPECT_EQ(std::tuple(c.Accepted, c.Path), std::tuple(true, existing));
+  EXPECT_EQ(std::tie(r.Filters[0].Name, r.Filters[0].Pattern, r.Filters[1].Name, r.Filters[1].Pattern, r.FilterIndex),
+            std::tuple("Bitmap (*.bmp)", "*.bmp", "Tiff (*.tif)", "*.tif", 1));
 }
 
 TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolution) {
@@ -77,7 +41,7 @@ TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolutio
   const struct {
     int16_t Left, Right, Top, Bottom;
     int32_t DpiX, DpiY, Width, Height;
-    IntRect Page;
+    std::tuple<int, int, int, int> Page;
   } rows[] = {
       // 10 mm at 600 dpi is 240 pixels (not 236, as 25.4 would give).
       {10, 10, 10, 10, 600, 600, 7016, 4961, {240, 240, 7016 - 240, 4961 - 240}},
@@ -92,8 +56,7 @@ TEST(PrintPageRect, MarginsUseTheDivisor25AndTheBottomUsesTheHorizontalResolutio
     std::tie(s.MarginLeft, s.MarginRight, s.MarginTop, s.MarginBottom) =
         std::tuple(r.Left, r.Right, r.Top, r.Bottom);
     const IntRect p = PrintPageRect(s, r.DpiX, r.DpiY, r.Width, r.Height);
-    EXPECT_EQ(std::tie(p.Left, p.Top, p.Right, p.Bottom), std::tie(r.Page.Left, r.Page.Top, r.Page.Right, r.Page.Bottom))
-        << r.DpiX << "x" << r.DpiY;
+    EXPECT_EQ(std::tie(p.Left, p.Top, p.Right, p.Bottom), r.Page) << r.DpiX << "x" << r.DpiY;
   }
 }
 

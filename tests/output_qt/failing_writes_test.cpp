@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "model/file_replace.h"
 #include "model/messages.h"
@@ -28,11 +29,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Output { Bmp, Tiff, Pdf, Png };
-constexpr Output kOutputs[] = {Output::Bmp, Output::Tiff, Output::Pdf, Output::Png};
-const char* Extension(Output o) {
-  return o == Output::Bmp ? ".bmp" : o == Output::Tiff ? ".tif" : o == Output::Pdf ? ".pdf" : ".png";
-}
+// Save Image's two formats, the PDF file and a PNG file, by their extensions.
+constexpr std::string_view kOutputs[] = {".bmp", ".tif", ".pdf", ".png"};
 
 struct FailingWrite {
   const char* Name;
@@ -50,43 +48,39 @@ fs::path Earlier(const fs::path& folder, const std::string& name) {
   return folder / name;
 }
 
-class FailingWrites : public ::testing::TestWithParam<FailingWrite> {
+class FailingWrites : public OutputTest, public ::testing::WithParamInterface<FailingWrite> {
  protected:
   // Runs one output into `target`; returns what the user was told.
-  std::string Run(Output output, const fs::path& target) {
-    ScriptedPrompt prompt;
-    prompt.Answers.assign(4, Answer::Yes);  // overwrite an existing file: yes
-    if (output == Output::Pdf) {
-      prompt.ChooseFile(target.string());
-      EXPECT_FALSE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));
-    } else if (output == Output::Png) {
+  std::string Run(std::string_view output, const fs::path& target) {
+    ScriptedPrompt user;
+    user.Answers.assign(4, Answer::Yes);  // overwrite an existing file: yes
+    if (output == ".pdf") {
+      user.ChooseFile(target.string());
+      EXPECT_FALSE(PrintPlot(*model, user, printer, mainWindow, 0, true));
+    } else if (output == ".png") {
       QImage noise(300, 300, QImage::Format_RGB32);
       for (int y = 0; y < 300; ++y)
         for (int x = 0; x < 300; ++x) noise.setPixel(x, y, qRgb((x * 7919) % 256, (y * 104729) % 256, (x ^ y) & 255));
       const int error = WriteImageFile(noise, target, "PNG");
       return error ? FileNotWrittenMessage(target, error) : std::string();
     } else {
-      prompt.ChooseFile(target.string(), output == Output::Bmp ? 1 : 2);
-      EXPECT_FALSE(SaveImage(*model, prompt, view));
+      user.ChooseFile(target.string(), output == ".bmp" ? 1 : 2);
+      EXPECT_FALSE(SaveImage(*model, user, view));
     }
     std::string told;
-    for (const auto& m : prompt.Messages)
+    for (const auto& m : user.Messages)
       if (m.ButtonSet == Buttons::Ok) told += m.Text;
     return told;
   }
-
-  std::unique_ptr<Model> model = ModelWithRadiograph();
-  QWidget mainWindow;
-  QuadrantView view;
-  ScriptedPrintPrompt printer;
 };
 
 TEST_P(FailingWrites, TellTheUserAndLeaveTheEarlierFile) {
   const FailingWrite& c = GetParam();
   view.resize(300, 200);  // larger than a write block, so writes fail before the last one
-  for (Output output : kOutputs) {
+  for (std::string_view output : kOutputs) {
+    SCOPED_TRACE(output);
     TempFolder folder{"failing"};
-    const fs::path target = c.Prepare(folder.Path(), std::string("plot") + Extension(output));
+    const fs::path target = c.Prepare(folder.Path(), "plot" + std::string(output));
     const bool hadEarlier = fs::exists(target) && fs::is_regular_file(target);
     std::string told;
     rlimit saved{};
@@ -102,11 +96,11 @@ TEST_P(FailingWrites, TellTheUserAndLeaveTheEarlierFile) {
     fs::permissions(folder.Path(), fs::perms::owner_all);
 
     std::string expect = FileNotWrittenMessage(target, c.Error);
-    if (c.CannotCreate && output == Output::Pdf) expect = msg::kNoPdfDriver;
-    if (c.CannotCreate && (output == Output::Bmp || output == Output::Tiff)) expect = msg::kCouldNotOpenDataFile;
-    EXPECT_EQ(told, expect) << Extension(output);
+    if (c.CannotCreate && output == ".pdf") expect = msg::kNoPdfDriver;
+    if (c.CannotCreate && (output == ".bmp" || output == ".tif")) expect = msg::kCouldNotOpenDataFile;
+    EXPECT_EQ(told, expect);
     if (hadEarlier) {
-      EXPECT_EQ(ReadAllText(target), kEarlier) << Extension(output);
+      EXPECT_EQ(ReadAllText(target), kEarlier);
     }
     std::error_code ec;
     for (const auto& entry : fs::recursive_directory_iterator(folder.Path(), ec))

@@ -24,15 +24,10 @@ QColor FromBottomUpRows(const std::vector<uint8_t>& b, size_t rowsAt, int w, int
   return QColor(b[at + 2], b[at + 1], b[at]);
 }
 
-class SaveImageTest : public ::testing::Test {
+// The section file is "KR-03 section 1".
+class SaveImageTest : public OutputTest {
  protected:
-  void SetUp() override {
-    CopyField(model->CurSection().FileName, "KR-03 section 1");
-    view.resize(101, 60);  // an odd width, so rows are padded
-  }
-  std::unique_ptr<Model> model = std::make_unique<Model>();
-  QuadrantView view;
-  ScriptedPrompt prompt;
+  void SetUp() override { view.resize(101, 60); }  // an odd width, so rows are padded
   TempFolder folder{"save"};
 };
 
@@ -80,18 +75,29 @@ TEST_F(SaveImageTest, JpegIsNotOfferedAndWritesNothing) {
   EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(SaveImageTest, CancelAndNoLeaveEverythingAsItWas) {
+TEST_F(SaveImageTest, AnExistingFileIsKeptUnlessTheUserSaysYes) {
+  // Yes is every failing write's answer.
   const auto existing = folder / "plot.bmp";
   WriteAllText(existing, "keep");
   const auto before = PlotBytes(*model);
+  // "plot" becomes plot.bmp, which exists: No brings the dialog back, and cancelling it
+  // leaves everything as it was.
   prompt.ChooseFile((folder / "plot").string(), 1);
-  prompt.Answers.push_back(Answer::No);  // then the dialog comes back and is cancelled
+  prompt.Answers = {Answer::No, Answer::No};
   EXPECT_FALSE(SaveImage(*model, prompt, view));
-  EXPECT_EQ(prompt.SaveRequests.size(), 2u);
-  EXPECT_EQ(prompt.Texts(), std::vector<std::string>{"Overwrite file plot.bmp ?"});
-  EXPECT_EQ(ReadAllText(existing), "keep");
+  ASSERT_EQ(prompt.SaveRequests.size(), 2u);
+  EXPECT_EQ(prompt.SaveRequests[1].Title, prompt.SaveRequests[0].Title);
+  ASSERT_EQ(prompt.Texts(), std::vector<std::string>{"Overwrite file plot.bmp ?"});  // without its folder
+  EXPECT_EQ(std::tie(prompt.Messages[0].Caption, prompt.Messages[0].ButtonSet),
+            std::tuple(msg::kFileExistsCaption, Buttons::YesNo));
   EXPECT_EQ(view.Paints, 0);
   EXPECT_EQ(PlotBytes(*model), before);
+  // No, then another name: that one is written.
+  prompt.ChooseFile((folder / "plot").string(), 1);
+  prompt.ChooseFile((folder / "other").string(), 1);
+  EXPECT_TRUE(SaveImage(*model, prompt, view));
+  EXPECT_EQ(ReadAllText(existing), "keep");
+  EXPECT_EQ(ReadBytes(folder / "other.bmp").size(), 54u + 304 * 60);
 }
 
 TEST(CopyToClipboard, PutsTheWindowAsItStandsOnTheClipboard) {

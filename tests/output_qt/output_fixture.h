@@ -2,6 +2,8 @@
 // Shared pieces of the output tests: a model holding a synthetic radiograph, a main
 // window with a plot widget, a scripted print dialog, and small file helpers.
 
+#include <gtest/gtest.h>
+
 #include <QPainter>
 #include <QPrinter>
 #include <QWidget>
@@ -16,6 +18,7 @@
 #include "output/qt/print_prompt.h"
 #include "plot/paint_plot.h"
 #include "plot/plot_fixture.h"
+#include "support/scripted_prompt.h"
 
 namespace sedra::test {
 
@@ -49,22 +52,17 @@ class QuadrantView : public QWidget {
   explicit QuadrantView(QWidget* parent = nullptr) : QWidget(parent) { setAttribute(Qt::WA_OpaquePaintEvent); }
   int Paints = 0;
   static QColor Expected(int x, int y, int w, int h) {
-    const bool right = x >= w / 2, bottom = y >= h / 2;
-    if (!right && !bottom) return QColor(200, 30, 10);
-    if (right && !bottom) return QColor(20, 180, 40);
-    if (!right && bottom) return QColor(10, 40, 220);
-    return QColor(250, 240, 5);
+    const QColor quadrants[] = {{200, 30, 10}, {20, 180, 40}, {10, 40, 220}, {250, 240, 5}};
+    return quadrants[(x >= w / 2 ? 1 : 0) + (y >= h / 2 ? 2 : 0)];
   }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     ++Paints;
     QPainter p(this);
-    const int w = width(), h = height();
-    p.fillRect(0, 0, w / 2, h / 2, Expected(0, 0, w, h));
-    p.fillRect(w / 2, 0, w - w / 2, h / 2, Expected(w - 1, 0, w, h));
-    p.fillRect(0, h / 2, w / 2, h - h / 2, Expected(0, h - 1, w, h));
-    p.fillRect(w / 2, h / 2, w - w / 2, h - h / 2, Expected(w - 1, h - 1, w, h));
+    // From each quadrant's corner to the far corner: the later ones paint over the rest.
+    for (int x : {0, width() / 2})
+      for (int y : {0, height() / 2}) p.fillRect(x, y, width() - x, height() - y, Expected(x, y, width(), height()));
   }
 };
 
@@ -84,14 +82,21 @@ class ScriptedPrintPrompt : public PrintPrompt {
   }
 };
 
+// A model with a radiograph, the main window and the plot view, and scripted prompts.
+class OutputTest : public ::testing::Test {
+ protected:
+  std::unique_ptr<Model> model = ModelWithRadiograph();
+  QWidget mainWindow;
+  QuadrantView view;
+  ScriptedPrompt prompt;
+  ScriptedPrintPrompt printer;
+};
+
 // PlotState as bytes, to show that a cancelled command changed nothing.
 inline std::vector<uint8_t> PlotBytes(const Model& model) {
   std::vector<uint8_t> out(sizeof(PlotState));
   std::memcpy(out.data(), &model.Plot(), sizeof(PlotState));
   return out;
 }
-
-// Output of a command line (poppler-utils), or empty when it failed.
-std::string RunCommand(const std::string& command);
 
 }  // namespace sedra::test

@@ -21,7 +21,9 @@
 #include "support/scripted_prompt.h"
 
 namespace sedra::test {
+namespace {
 
+// Output of a command line (poppler-utils), or empty when it failed.
 std::string RunCommand(const std::string& command) {
   std::string out;
   if (std::FILE* p = popen(command.c_str(), "r")) {
@@ -33,47 +35,33 @@ std::string RunCommand(const std::string& command) {
   return out;
 }
 
-namespace {
-
 std::string Quoted(const std::filesystem::path& p) { return "'" + p.string() + "'"; }
 
 // Checks with pdfinfo that the file holds one landscape page titled as printed;
 // returns the page's width in points.
 double ExpectOneLandscapePage(const std::filesystem::path& pdf) {
   const std::string text = RunCommand("pdfinfo " + Quoted(pdf));
-  EXPECT_TRUE(std::regex_search(text, std::regex("Title: +Sedra Plot\n"))) << text;
-  EXPECT_TRUE(std::regex_search(text, std::regex("Pages: +1\n"))) << text;
   std::smatch m;
-  if (!std::regex_search(text, m, std::regex("Page size: +([\\d.]+) x ([\\d.]+)"))) {
-    ADD_FAILURE() << text;
-    return 0;
-  }
-  EXPECT_GT(std::stod(m[1]), std::stod(m[2]));
-  return std::stod(m[1]);
+  const std::regex info("Title: +Sedra Plot\n[^]*Pages: +1\n[^]*Page size: +([\\d.]+) x ([\\d.]+)");
+  EXPECT_TRUE(std::regex_search(text, m, info)) << text;
+  EXPECT_GT(m.empty() ? 0 : std::stod(m[1]), m.empty() ? 0 : std::stod(m[2])) << "landscape";
+  return m.empty() ? 0 : std::stod(m[1]);
 }
 
-class PrintPlotTest : public ::testing::Test {
+class PrintPlotTest : public OutputTest {
  protected:
   void SetUp() override {
-    model = ModelWithRadiograph();
     DisplaySettings& s = model->Settings();
     s.MarginLeft = s.MarginRight = s.MarginTop = s.MarginBottom = 10;
     mainWindow.resize(1000, 700);
   }
-
   TempFolder folder{"print"};
-  std::unique_ptr<Model> model;
-  QWidget mainWindow;
-  ScriptedPrompt prompt;
-  ScriptedPrintPrompt printer;
 };
 
 TEST_F(PrintPlotTest, PdfFileHoldsOneLandscapePageWithTextAndTheRadiographColumns) {
   const auto pdf = folder / "core.pdf";
   prompt.ChooseFile(pdf.string());
   ASSERT_TRUE(PrintPlot(*model, prompt, printer, mainWindow, 0, true));
-  EXPECT_TRUE(prompt.Texts().empty());
-  EXPECT_EQ(printer.Calls, 0);  // no print dialog for the PDF file
   ASSERT_EQ(prompt.SaveRequests.size(), 1u);
   const auto& filters = prompt.SaveRequests[0].Filters;
   ASSERT_EQ(filters.size(), 1u);
@@ -84,7 +72,6 @@ TEST_F(PrintPlotTest, PdfFileHoldsOneLandscapePageWithTextAndTheRadiographColumn
   const PlotState& plot = model->Plot();
   EXPECT_EQ(std::tie(plot.PageRect.Left, plot.PageRect.Top), std::tuple(480, 480));  // 10 mm at 1200 dpi, divisor 25
   EXPECT_EQ(std::tie(plot.Printing, plot.NeedLayout), std::tuple(0u, 1u));
-  EXPECT_TRUE(mainWindow.isEnabled());
 
   const double paperWidth = plot.PageRect.Right + MarginPixels(10, 1200);
   EXPECT_NEAR(paperWidth * 72.0 / 1200.0, ExpectOneLandscapePage(pdf), 1.0);
@@ -105,10 +92,7 @@ TEST_F(PrintPlotTest, PdfFileHoldsOneLandscapePageWithTextAndTheRadiographColumn
     const double column = band * kBandWidth + kBandWidth / 2.0;
     const int x = int((dest.Left + column * (dest.Right - dest.Left) / kRadWidth) * scale);
     const int grey = qGray(page.pixel(x, y));
-    if (BandIsDark(int(column)))
-      EXPECT_LT(grey, 60) << "band " << band << " at " << x << "," << y;
-    else
-      EXPECT_GT(grey, 200) << "band " << band << " at " << x << "," << y;
+    EXPECT_TRUE(BandIsDark(int(column)) ? grey < 60 : grey > 200) << "band " << band << " grey " << grey;
   }
 }
 
@@ -128,10 +112,10 @@ TEST_F(PrintPlotTest, AtZoomThePageFollowsTheScreensScrollPositionOnThePrinterAn
     printer.OutputFile = pdf.string();
     ASSERT_TRUE(PrintPlot(*model, prompt, printer, mainWindow, r.ScrollPos, r.ToPdf));
     ExpectOneLandscapePage(pdf);
-    const std::string text = RunCommand("pdftotext " + Quoted(pdf) + " -");
-    EXPECT_EQ(text.find("2 cm") != std::string::npos, r.LabelsPrinted) << "scrolled " << r.ScrollPos;
+    EXPECT_EQ(RunCommand("pdftotext " + Quoted(pdf) + " -").find("2 cm") != std::string::npos, r.LabelsPrinted)
+        << "scrolled " << r.ScrollPos;
   }
-  EXPECT_EQ(printer.Calls, 1);
+  EXPECT_EQ(printer.Calls, 1) << "the print dialog for the printer only";
   EXPECT_EQ(prompt.SaveRequests.size(), 1u);
   EXPECT_TRUE(prompt.Texts().empty());
 }
@@ -155,8 +139,8 @@ TEST_F(PrintPlotTest, APrinterThatCannotStartTheDocumentIsReported) {
   printer.OutputFile = (folder / "no-such-folder" / "plot.pdf").string();
   EXPECT_FALSE(PrintPlot(*model, prompt, printer, mainWindow, 0, false));
   ASSERT_EQ(prompt.Messages.size(), 2u);
-  EXPECT_EQ(prompt.Messages[0].Text.rfind("StartDoc failed, error:- ", 0), 0u) << prompt.Messages[0].Text;
-  EXPECT_TRUE(prompt.Messages[0].Text.ends_with("\r\n")) << prompt.Messages[0].Text;
+  EXPECT_TRUE(std::regex_match(prompt.Messages[0].Text, std::regex("StartDoc failed, error:- -?[0-9]+\r\n")))
+      << prompt.Messages[0].Text;
   EXPECT_EQ(prompt.Messages[1].Text.rfind(msg::kCouldNotFinishPrinting, 0), 0u) << prompt.Messages[1].Text;
   for (const auto& m : prompt.Messages) EXPECT_EQ(std::tie(m.Caption, m.ButtonSet), std::tuple("", Buttons::Ok));
   EXPECT_TRUE(mainWindow.isEnabled());
