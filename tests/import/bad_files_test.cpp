@@ -35,9 +35,9 @@ struct BadFile {
   int64_t Ceiling = kImageMemoryCeiling;
 };
 
-std::string TiffBytes(const TiffLayout& layout, uint32_t value = 1) {
+std::string TiffBytes(const TiffLayout& layout) {
   const auto path = test::ScratchFolder() / "bad.tif";
-  test::WriteTiff(path, layout, [value](uint32_t, uint32_t, uint32_t) { return value; });
+  test::WriteTiff(path, layout, [](uint32_t, uint32_t, uint32_t) { return 1u; });
   return test::ReadFile(path);
 }
 
@@ -128,12 +128,8 @@ TEST_P(BadFiles, AreRefusedWithTheirMessageAndTheSectionKeepsWhatItHad) {
   }
 }
 
-std::function<std::string()> Text(std::string text) {
-  return [text] { return text; };
-}
-std::function<std::string()> Tiff(TiffLayout layout, uint32_t value = 1) {
-  return [layout, value] { return TiffBytes(layout, value); };
-}
+std::function<std::string()> Text(std::string text) { return [text] { return text; }; }
+std::function<std::string()> Tiff(TiffLayout layout) { return [layout] { return TiffBytes(layout); }; }
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, BadFiles,

@@ -111,8 +111,7 @@ TEST_F(TiffReader, OpticalOrientationReductionAndOddSizes) {
       return c.Bits == 8 ? v8 : v8 * 256 + 255;  // the low byte must not show
     };
     WriteTiff(path, {c.W, c.H, 3, c.Bits}, value);
-    EXPECT_EQ(Read(path, false).Result, 1);
-    EXPECT_TRUE(prompt.Messages.empty());
+    ASSERT_EQ(std::tuple(Read(path, false).Result, prompt.Messages.size()), std::tuple(1, 0u));
     const OpticalImageDesc& opt = model.CurOptical();
     ASSERT_EQ(std::pair(opt.Width, opt.Height), std::pair(c.ExpectWidth, c.ExpectHeight));
     EXPECT_EQ(std::tuple(opt.CropRight, opt.CropBottom, opt.Upper),
