@@ -35,9 +35,9 @@ struct BadFile {
   int64_t Ceiling = kImageMemoryCeiling;
 };
 
-std::string TiffBytes(const TiffLayout& layout, uint32_t value = 1) {
+std::string TiffBytes(const TiffLayout& layout) {
   const auto path = test::ScratchFolder() / "bad.tif";
-  test::WriteTiff(path, layout, [value](uint32_t, uint32_t, uint32_t) { return value; });
+  test::WriteTiff(path, layout, [](uint32_t, uint32_t, uint32_t) { return 1u; });
   return test::ReadFile(path);
 }
 
@@ -59,74 +59,6 @@ std::string Snapshot(const Model& m) {
   return out;
 }
 
-// A section with a radiograph, an optical image and document.txt values already read.
-const char* const kCamera = "X-ray camera\t1\tOn\tx\r\n";
-
-void LoadEarlierSection(Model& m, ScriptedPrompt& prompt) {
-  ParseRawRadiograph(m, prompt, "1\t2\t\n3\t4\t\n", true);
-  const std::string rgb = TiffBytes({4, 6, 3, 8});
-  ReadTiffMemory(m, prompt, reinterpret_cast<const uint8_t*>(rgb.data()), rgb.size(), false, false, "o.tif");
-  ParseSectionMetadata(m, prompt, std::string(kCamera) + "Start coordinate\t100\t\t400\r\n", false);
-  CopyField(m.CurSection().FileName, "earlier");
-  ASSERT_TRUE(prompt.Messages.empty());
-}
-
-class BadFiles : public test::ReaderTest, public ::testing::WithParamInterface<BadFile> {};
-
-TEST_P(BadFiles, AreRefusedWithTheirMessageAndTheSectionKeepsWhatItHad) {
-  const BadFile& c = GetParam();
-  LoadEarlierSection(model, prompt);
-  const std::string before = Snapshot(model);
-  const std::string bytes = c.Bytes();
-  const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
-  switch (c.Kind) {
-    case Reader::Radiograph:
-    case Reader::Optical:
-      EXPECT_EQ(ReadTiffMemory(model, prompt, data, bytes.size(), c.Kind == Reader::Radiograph, false, "bad.tif", {},
-                               c.Ceiling).Result, 0);
-      break;
-    case Reader::RawMaxRes:
-    case Reader::RawHighRes:
-      EXPECT_EQ(ParseRawRadiograph(model, prompt, bytes, c.Kind == Reader::RawMaxRes, c.Ceiling).Result, 0);
-      break;
-    case Reader::Document:
-      ParseSectionMetadata(model, prompt, kCamera + bytes, false);
-      break;
-  }
-  EXPECT_EQ(prompt.Texts(), c.Messages);
-  for (const auto& m : prompt.Messages) {
-    EXPECT_EQ(m.Caption, c.Caption);
-    if (c.Kind == Reader::Radiograph || c.Kind == Reader::Optical) {
-      EXPECT_EQ(m.ButtonSet, Buttons::Ok);
-    }
-  }
-  if (c.Emptied < 0) {
-    EXPECT_TRUE(Snapshot(model) == before) << "the section changed";
-    EXPECT_EQ(model.CurSection().RadiographCount, 1);
-  } else if (c.Kind == Reader::Radiograph) {
-    EXPECT_FALSE(model.CurRadiograph().Loaded());
-    EXPECT_TRUE(model.CurRadiograph().Samples.empty() && model.CurRadiograph().Bitmap.Empty());
-    EXPECT_EQ(model.CurSection().RadiographCount, c.Emptied);
-  } else {
-    EXPECT_FALSE(model.CurOptical().Loaded());
-    EXPECT_TRUE(model.CurOptical().Pixels.empty());
-  }
-
-  // Into a section with no radiograph yet: none is counted afterwards.
-  if (c.Kind == Reader::RawMaxRes || c.Kind == Reader::RawHighRes) {
-    Model empty;
-    ParseRawRadiograph(empty, prompt, bytes, c.Kind == Reader::RawMaxRes, c.Ceiling);
-    EXPECT_EQ(empty.CurSection().RadiographCount, 0);
-  }
-}
-
-std::function<std::string()> Text(std::string text) {
-  return [text] { return text; };
-}
-std::function<std::string()> Tiff(TiffLayout layout, uint32_t value = 1) {
-  return [layout, value] { return TiffBytes(layout, value); };
-}
-
 // A little-endian TIFF by hand: 16-bit grey, 2 x 2 unless told, with the compression tag given.
 std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes, uint16_t width = 2, uint16_t height = 2) {
   std::string b = std::string("II*\0", 4) + std::string("\x08\0\0\0", 4);
@@ -146,15 +78,62 @@ std::string HandMadeTiff(uint16_t compression, uint32_t pixelBytes, uint16_t wid
   return b;
 }
 
-// 2000 x 2000 constant counts in Zstandard: 8 MB of samples in a file of a few hundred
-// bytes.
-const TiffLayout kFlat{2000, 2000, 1, 16, 0, PHOTOMETRIC_MINISBLACK, SAMPLEFORMAT_UINT, COMPRESSION_ZSTD, 2000};
+// A section with a radiograph, an optical image and document.txt values already read.
+// Its radiograph is the hand-made file the refusals below start from: it reads.
+const char* const kCamera = "X-ray camera\t1\tOn\tx\r\n";
+
+void LoadEarlierSection(Model& m, ScriptedPrompt& prompt) {
+  const std::string radiograph = HandMadeTiff(1, 8), optical = TiffBytes({4, 6, 3, 8});
+  ReadTiffMemory(m, prompt, reinterpret_cast<const uint8_t*>(radiograph.data()), radiograph.size(), true, false,
+                 "r.tif");
+  ReadTiffMemory(m, prompt, reinterpret_cast<const uint8_t*>(optical.data()), optical.size(), false, false, "o.tif");
+  ParseSectionMetadata(m, prompt, std::string(kCamera) + "Start coordinate\t100\t\t400\r\n", false);
+  CopyField(m.CurSection().FileName, "earlier");
+  ASSERT_TRUE(prompt.Messages.empty());
+}
+
+class BadFiles : public test::ReaderTest, public ::testing::WithParamInterface<BadFile> {};
+
+TEST_P(BadFiles, AreRefusedWithTheirMessageAndTheSectionKeepsWhatItHad) {
+  const BadFile& c = GetParam();
+  LoadEarlierSection(model, prompt);
+  const std::string before = Snapshot(model);
+  const std::string bytes = c.Bytes();
+  const bool tiff = c.Kind == Reader::Radiograph || c.Kind == Reader::Optical;
+  if (c.Kind == Reader::Document) {
+    ParseSectionMetadata(model, prompt, kCamera + bytes, false);
+  } else if (tiff) {
+    EXPECT_EQ(ReadTiffMemory(model, prompt, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(),
+                             c.Kind == Reader::Radiograph, false, "bad.tif", {}, c.Ceiling).Result, 0);
+  } else {
+    EXPECT_EQ(ParseRawRadiograph(model, prompt, bytes, c.Kind == Reader::RawMaxRes, c.Ceiling).Result, 0);
+  }
+  EXPECT_EQ(prompt.Texts(), c.Messages);
+  for (const auto& m : prompt.Messages) {
+    EXPECT_EQ(m.Caption, c.Caption);
+    if (tiff) {
+      EXPECT_EQ(m.ButtonSet, Buttons::Ok);
+    }
+  }
+  if (c.Emptied < 0) {
+    EXPECT_TRUE(Snapshot(model) == before) << "the section changed";
+    EXPECT_EQ(model.CurSection().RadiographCount, 1);
+  } else if (c.Kind == Reader::Radiograph) {
+    EXPECT_FALSE(model.CurRadiograph().Loaded());
+    EXPECT_TRUE(model.CurRadiograph().Samples.empty() && model.CurRadiograph().Bitmap.Empty());
+    EXPECT_EQ(model.CurSection().RadiographCount, c.Emptied);
+  } else {
+    EXPECT_FALSE(model.CurOptical().Loaded());
+    EXPECT_TRUE(model.CurOptical().Pixels.empty());
+  }
+}
+
+std::function<std::string()> Text(std::string text) { return [text] { return text; }; }
+std::function<std::string()> Tiff(TiffLayout layout) { return [layout] { return TiffBytes(layout); }; }
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, BadFiles,
     ::testing::Values(
-        BadFile{"NotATiff", Reader::Radiograph, Text("GIF89a........"), {msg::kNotVersion42}, msg::kDefaultCaption},
-        BadFile{"TooShort", Reader::Optical, Text("II"), {msg::kNotVersion42}, msg::kDefaultCaption},
         BadFile{"UncompressedAboveTheCeiling", Reader::Radiograph, Text(HandMadeTiff(1, 8)), {msg::kCouldNotAllocate},
                 msg::kDefaultCaption, -1, 3},
         // Given up: a compression libtiff lacks keeps the radiograph counted, as it always did.
@@ -165,8 +144,6 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"TruncatedPixels", Reader::Radiograph, Text(HandMadeTiff(1, 3)), {msg::kErrorReadingTiff}, "", 0},
         BadFile{"HugeClaimInTinyFile", Reader::Radiograph, Text(HandMadeTiff(1, 8, 65535, 65535)),
                 {msg::kErrorReadingTiff}, "", 0},
-        BadFile{"PaletteRadiograph", Reader::Radiograph, Tiff({4, 4, 1, 8, 0, PHOTOMETRIC_PALETTE}),
-                {msg::kNotGreyRadiograph}},
         BadFile{"SeparatedInksAsRadiograph", Reader::Radiograph, Tiff({4, 4, 1, 16, 0, PHOTOMETRIC_SEPARATED}),
                 {msg::kNotGreyRadiograph}},
         BadFile{"HalfFloatRadiograph", Reader::Radiograph,
@@ -174,43 +151,20 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"SignedColours", Reader::Optical, Tiff({4, 4, 3, 8, 0, PHOTOMETRIC_RGB, SAMPLEFORMAT_INT}),
                 {msg::kNotWholeNumberSamples}},
         BadFile{"LabColours", Reader::Optical, Tiff({4, 4, 3, 8, 0, PHOTOMETRIC_CIELAB}), {msg::kNotRgbImage}},
-        BadFile{"CompressedClaimAboveTheCeiling", Reader::Radiograph, Tiff(kFlat), {msg::kCouldNotAllocate},
-                msg::kDefaultCaption, -1, int64_t(32) << 20},
         BadFile{"OneLineAtHighRes", Reader::RawHighRes, Text("107\t100\t\r\n"), {Format(msg::kTooFewRawLines, 1, 2)},
                 msg::kDefaultCaption},
         BadFile{"RawOfTabsAboveTheCeiling", Reader::RawMaxRes, Text(std::string(3000, '\t') + std::string(400, '\n')),
                 {msg::kCouldNotAllocate}, msg::kDefaultCaption, -1, int64_t(64) << 20},
-        BadFile{"NegativeStep", Reader::Document, Text("Step size\t-200\tum\tx\r\n"),
-                {Format(msg::kBadStepSize, "-200")}},
-        BadFile{"ZeroStep", Reader::Document, Text("Step size\t0\tum\tx\r\n"), {Format(msg::kBadStepSize, "0")}},
-        BadFile{"OverflowingStep", Reader::Document, Text("Step size\t99999999999\tum\tx\r\n"),
-                {Format(msg::kBadStepSize, "99999999999")}},
-        BadFile{"InfiniteStart", Reader::Document, Text("Start coordinate\tinf\t\t1e39\r\n"),
-                {Format(msg::kBadCoordinate, "inf"), Format(msg::kBadCoordinate, "1e39")}},
-        BadFile{"OpticalNotANumber", Reader::Document, Text("Optical Start\tnan\t\t-3e20\r\n"),
-                {Format(msg::kBadCoordinate, "nan"), Format(msg::kBadCoordinate, "-3e20")}}),
+        // A refused step line leaves the step text empty, so the next one is tried too.
+        BadFile{"BadSteps", Reader::Document,
+                Text("Step size\t0\tum\tx\r\nStep size\t-200\tum\tx\r\nStep size\t99999999999\tum\tx\r\n"),
+                {Format(msg::kBadStepSize, "0"), Format(msg::kBadStepSize, "-200"),
+                 Format(msg::kBadStepSize, "99999999999")}},
+        BadFile{"BadCoordinates", Reader::Document,
+                Text("Start coordinate\tinf\t\t1e39\r\nOptical Start\tnan\t\t-3e20\r\n"),
+                {Format(msg::kBadCoordinate, "inf"), Format(msg::kBadCoordinate, "1e39"),
+                 Format(msg::kBadCoordinate, "nan"), Format(msg::kBadCoordinate, "-3e20")}}),
     [](const auto& i) { return std::string(i.param.Name); });
-
-using BadFilesCounterpart = test::ReaderTest;
-
-// The flat file above needs 41 MB loaded: far more than its size times any ratio a
-// file-size guard would allow, and well within the memory ceiling, so it is read; so is
-// the hand-made one, given the ceiling any file has.
-TEST_F(BadFilesCounterpart, HighlyCompressedFileWithinTheCeilingIsRead) {
-  ASSERT_TRUE(TIFFIsCODECConfigured(COMPRESSION_ZSTD));
-  const std::string bytes = TiffBytes(kFlat, 40000);
-  ASSERT_LT(bytes.size() * 1100, size_t(2000) * 2000 * 2);
-  const ReadOutcome out =
-      ReadTiffMemory(model, prompt, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), true, false, "f.tif");
-  EXPECT_TRUE(out.PixelsRead);
-  EXPECT_TRUE(prompt.Messages.empty());
-  EXPECT_EQ(model.CurRadiograph().Samples.at(123456), 40000 - 32768);
-  // The hand-made file the refusals start from reads.
-  const std::string handMade = HandMadeTiff(1, 8);
-  const auto* data = reinterpret_cast<const uint8_t*>(handMade.data());
-  EXPECT_EQ(ReadTiffMemory(model, prompt, data, handMade.size(), true, false, "r.tif").Result, 1);
-  EXPECT_EQ(model.CurRadiograph().Samples, SampleBuffer(4, 0x0101));
-}
 
 }  // namespace
 }  // namespace sedra

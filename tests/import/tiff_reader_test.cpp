@@ -17,7 +17,6 @@
 namespace sedra {
 namespace {
 
-using test::TiffLayout;
 using test::WriteTiff;
 
 // Read chooses the file in the open dialog and reads it.
@@ -35,236 +34,192 @@ class TiffReader : public test::ReaderTest {
 // Samples that mean something else than plain counts are turned into counts: a
 // MinIsWhite file is inverted, signed samples are moved up by half their range.  The
 // offset rule (take 32768 off when every count is above it) then sees every sample.
-struct RadiographCase {
-  const char* Name;
-  uint32_t W, H;
-  uint16_t Bits;
-  uint32_t Tile;
-  int LowRow, LowCol;   // where a stored 32768 sits; -1: nowhere
-  int32_t First, Span;  // other samples store First + (131 r + 7 c) % Span
-  uint16_t Photometric = PHOTOMETRIC_MINISBLACK, SampleFormat = SAMPLEFORMAT_UINT;
-  std::function<int32_t(int32_t)> Count = [](int32_t v) { return v; };  // the count a stored value means
-};
-
-class TiffRadiograph : public TiffReader, public ::testing::WithParamInterface<RadiographCase> {};
-
-TEST_P(TiffRadiograph, TurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
-  const RadiographCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "radiograph.tif";
-  auto stored = [&](uint32_t r, uint32_t col) -> int32_t {
-    if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
-    return c.First + int32_t(r * 131 + col * 7) % c.Span;
-  };
-  TiffLayout layout{c.W, c.H, 1, c.Bits, c.Tile, c.Photometric, c.SampleFormat};
-  WriteTiff(path, layout, [&](uint32_t r, uint32_t col, uint32_t) { return uint32_t(stored(r, col)) & 0xFFFF; });
-  const ReadOutcome out = Read(path, true);
-  ASSERT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, true, 0u));
-  const RadiographDesc& rad = model.CurRadiograph();
-  ASSERT_EQ(std::pair(rad.Width, rad.Height), std::pair(int32_t(c.H), int32_t(c.W)));
-  int32_t lowest = 65536, maximum = 0;
-  for (uint32_t r = 0; r < c.H; ++r)
-    for (uint32_t col = 0; col < c.W; ++col) lowest = std::min(lowest, c.Count(stored(r, col)));
-  const int32_t offset = lowest > 32768 ? 32768 : 0;
-  for (uint32_t r = 0; r < c.H; ++r)
-    for (uint32_t col = 0; col < c.W; ++col) {
-      const int32_t count = c.Count(stored(r, col)) - offset;
-      maximum = std::max(maximum, count);
-      ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], count) << r << "," << col;
-    }
-  EXPECT_EQ(rad.MaxValue, maximum);
-  const WorkingBlock& w = model.App.Work;
-  EXPECT_EQ(std::tuple(model.CurSection().RadiographCount, w.SampleStep, w.RawLineGroup), std::tuple(1, 1, 1));
-  EXPECT_STREQ(model.Settings().SectionFolder, path.parent_path().string().c_str());
-}
-
 constexpr uint16_t kWhite = PHOTOMETRIC_MINISWHITE, kGrey = PHOTOMETRIC_MINISBLACK;
 constexpr uint16_t kUint = SAMPLEFORMAT_UINT, kSigned = SAMPLEFORMAT_INT;
 // The count a stored value means: `top` less it (inverted), or it moved up by `half`.
 std::function<int32_t(int32_t)> From(int32_t top) { return [top](int32_t v) { return top - v; }; }
 std::function<int32_t(int32_t)> Up(int32_t half) { return [half](int32_t v) { return v + half; }; }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TiffRadiograph,
-    ::testing::Values(
-        RadiographCase{"Small", 5, 3, 16, 0, -1, -1, 32769, 30000},
-        RadiographCase{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
-        RadiographCase{"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
-        RadiographCase{"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
-        RadiographCase{"LowInFirstRows", 37, 75, 16, 0, 3, 5, 32769, 30000},
-        RadiographCase{"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
-        RadiographCase{"LowInLastColumns", 37, 75, 16, 0, 50, 35, 32769, 30000},
-        RadiographCase{"LowInLastRows", 37, 75, 16, 0, 74, 2, 32769, 30000},
-        RadiographCase{"TiledAllAbove", 37, 75, 16, 16, -1, -1, 32769, 30000},
-        RadiographCase{"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
-        RadiographCase{"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite, kUint, From(65535)},
-        RadiographCase{"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite, kUint, From(255)},
-        RadiographCase{"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey, kSigned, Up(32768)},
-        RadiographCase{"Signed16Positive", 6, 3, 16, 0, -1, -1, 20, 300, kGrey, kSigned, Up(32768)},
-        RadiographCase{"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned, Up(128)},
-        RadiographCase{"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite, kSigned, From(32767)}),
-    [](const auto& i) { return std::string(i.param.Name); });
 
-// The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1.
-struct OpticalCase {
-  const char* Name;
-  uint32_t W, H;
-  uint16_t Bits;
-  int32_t ExpectWidth, ExpectHeight;
-  int Step;
-  bool Rotated;
-};
-
-class TiffOptical : public TiffReader, public ::testing::WithParamInterface<OpticalCase> {};
-
-TEST_P(TiffOptical, OrientationReductionAndOddSizes) {
-  const OpticalCase& c = GetParam();
-  const auto path = test::ScratchFolder() / "optical.tif";
-  // Red, green and blue encode the column, the row and a constant.
-  auto value = [&](uint32_t r, uint32_t col, uint32_t k) -> uint32_t {
-    const uint32_t v8 = k == 0 ? (col % 251) : k == 1 ? (r % 251) : 77;
-    return c.Bits == 8 ? v8 : v8 * 256 + 255;  // the low byte must not show
-  };
-  WriteTiff(path, {c.W, c.H, 3, c.Bits}, value);
-  EXPECT_EQ(Read(path, false).Result, 1);
-  EXPECT_TRUE(prompt.Messages.empty());
-  const OpticalImageDesc& opt = model.CurOptical();
-  ASSERT_EQ(std::pair(opt.Width, opt.Height), std::pair(c.ExpectWidth, c.ExpectHeight));
-  EXPECT_EQ(std::tuple(opt.CropRight, opt.CropBottom, opt.Upper),
-            std::tuple(c.ExpectWidth - 1, c.ExpectHeight - 1, 256));
-  EXPECT_EQ(opt.Bitmap.Bits, opt.Pixels);
-  const int stride = Dib::StrideFor(opt.Width);
-  const uint32_t evenW = c.W & ~1u, evenH = c.H & ~1u;
-  for (int y = 0; y < opt.Height; ++y)
-    for (int x = 0; x < opt.Width; ++x) {
-      // Which TIFF pixel should be here?
-      const int64_t tr = c.Rotated ? int64_t(x) * c.Step : int64_t(y) * c.Step;
-      const int64_t tc = c.Rotated ? int64_t(opt.Height - 1 - y) * c.Step : int64_t(x) * c.Step;
-      const uint8_t* px = &opt.Pixels[size_t(y) * stride + size_t(x) * 3];
-      if (tr >= evenH || tc >= evenW) {
-        EXPECT_EQ(px[0] | px[1] | px[2], 0) << "dropped pixel at " << x << "," << y;
-        continue;
+TEST_F(TiffReader, RadiographTurnedAQuarterAnticlockwiseAsCountsWithTheOffsetRule) {
+  const struct {
+    const char* Name;
+    uint32_t W, H;
+    uint16_t Bits;
+    uint32_t Tile;
+    int LowRow, LowCol;   // where a stored 32768 sits; -1: nowhere
+    int32_t First, Span;  // other samples store First + (131 r + 7 c) % Span
+    uint16_t Photometric = kGrey, SampleFormat = kUint;
+    std::function<int32_t(int32_t)> Count = [](int32_t v) { return v; };  // the count a stored value means
+  } rows[] = {{"SmallWithOneAt32768", 4, 2, 16, 0, 1, 2, 32769, 30000},
+              {"EightBitAsItIs", 3, 2, 8, 0, -1, -1, 1, 255},
+              {"AllAbove", 37, 75, 16, 0, -1, -1, 32769, 30000},
+              {"LowInLaterBlock", 37, 75, 16, 0, 40, 10, 32769, 30000},
+              {"TiledLowLate", 37, 75, 16, 16, 70, 30, 32769, 30000},
+              {"MinIsWhite16", 6, 3, 16, 0, -1, -1, 1000, 300, kWhite, kUint, From(65535)},
+              {"MinIsWhite8", 6, 3, 8, 0, -1, -1, 3, 250, kWhite, kUint, From(255)},
+              {"Signed16AcrossZero", 6, 3, 16, 0, -1, -1, -100, 300, kGrey, kSigned, Up(32768)},
+              {"Signed8", 6, 3, 8, 0, -1, -1, -90, 180, kGrey, kSigned, Up(128)},
+              {"SignedMinIsWhite16", 6, 3, 16, 0, -1, -1, -100, 300, kWhite, kSigned, From(32767)}};
+  const auto path = test::ScratchFolder() / "radiograph.tif";
+  for (const auto& c : rows) {
+    SCOPED_TRACE(c.Name);
+    auto stored = [&](uint32_t r, uint32_t col) -> int32_t {
+      if (int(r) == c.LowRow && int(col) == c.LowCol) return 32768;
+      return c.First + int32_t(r * 131 + col * 7) % c.Span;
+    };
+    WriteTiff(path, {c.W, c.H, 1, c.Bits, c.Tile, c.Photometric, c.SampleFormat},
+              [&](uint32_t r, uint32_t col, uint32_t) { return uint32_t(stored(r, col)) & 0xFFFF; });
+    const ReadOutcome out = Read(path, true);
+    ASSERT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, true, 0u));
+    const RadiographDesc& rad = model.CurRadiograph();
+    ASSERT_EQ(std::pair(rad.Width, rad.Height), std::pair(int32_t(c.H), int32_t(c.W)));
+    int32_t lowest = 65536, maximum = 0;
+    for (uint32_t r = 0; r < c.H; ++r)
+      for (uint32_t col = 0; col < c.W; ++col) lowest = std::min(lowest, c.Count(stored(r, col)));
+    const int32_t offset = lowest > 32768 ? 32768 : 0;
+    for (uint32_t r = 0; r < c.H; ++r)
+      for (uint32_t col = 0; col < c.W; ++col) {
+        const int32_t count = c.Count(stored(r, col)) - offset;
+        maximum = std::max(maximum, count);
+        ASSERT_EQ(rad.Samples[size_t(c.W - 1 - col) * rad.Width + r], count) << r << "," << col;
       }
-      ASSERT_EQ(px[2], value(uint32_t(tr), uint32_t(tc), 0) >> (c.Bits == 16 ? 8 : 0)) << x << "," << y;
-      ASSERT_EQ(px[1], value(uint32_t(tr), uint32_t(tc), 1) >> (c.Bits == 16 ? 8 : 0)) << x << "," << y;
-      ASSERT_EQ(px[0], 77);
-    }
+    EXPECT_EQ(rad.MaxValue, maximum);
+    const WorkingBlock& w = model.App.Work;
+    EXPECT_EQ(std::tuple(model.CurSection().RadiographCount, w.SampleStep, w.RawLineGroup), std::tuple(1, 1, 1));
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, TiffOptical,
-                         ::testing::Values(OpticalCase{"PortraitOdd3x5", 3, 5, 8, 3, 5, 1, false},
-                                           OpticalCase{"LandscapeOdd7x4", 7, 4, 8, 4, 7, 1, true},
-                                           OpticalCase{"Square16Bit", 6, 6, 16, 6, 6, 1, false},
-                                           OpticalCase{"LandscapeHalved", 16000, 6, 8, 3, 8000, 2, true},
-                                           OpticalCase{"PortraitQuartered", 5, 32770, 16, 1, 8192, 4, false}),
-                         [](const auto& i) { return std::string(i.param.Name); });
-
-// Files libtiff decodes for us must give exactly the samples of the plain file.
-// The scanner's own layout is read straight from the file (a large image in bands
-// on several threads); every other layout goes through libtiff.  All give the same image.
-TEST_F(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
-  const auto base = test::ScratchFolder();
+// The optical image keeps rows 0 .. even(H) - 1 and columns 0 .. even(W) - 1, the longer
+// side along the core, halved until at most 8192 rows remain.
+TEST_F(TiffReader, OpticalOrientationReductionAndOddSizes) {
   const struct {
-    std::string Common;
-    std::vector<const char*> Variants;
-  } sizes[] = {
-      {"--length 300 --width 70 --optical-length 310 --optical-width 50 --raw-values 0 ",
-       {"--compress deflate", "--compress lzw", "--compress packbits", "--big-endian", "--tile 32",
-        "--tile 64 --compress deflate --big-endian", "--rows-per-strip 300"}},
-      {"--length 4000 --width 300 --raw-values 0 --missing optical.tif ", {"--big-endian"}},
-  };
-  // Reads the folder's images into the fixture's model, over what an earlier read left.
-  auto readFolder = [&](const std::filesystem::path& folder) {
-    EXPECT_TRUE(Read(folder / "radiograph.tif", true).PixelsRead) << folder;
-    if (std::filesystem::exists(folder / "optical.tif")) {
-      EXPECT_TRUE(Read(folder / "optical.tif", false).PixelsRead);
-    }
-  };
-  for (const auto& size : sizes) {
-    const auto first = base / ("plain" + std::to_string(&size - sizes));
-    test::MakeSampleCore(first, size.Common);
-    readFolder(first);
-    const RadiographDesc plainRadiograph = model.CurRadiograph();
-    const ByteBuffer plainOptical = model.CurOptical().Pixels;
-    for (const char* variant : size.Variants) {
-      const auto folder = base / ("v" + std::to_string(std::hash<std::string>()(size.Common + variant) % 100000));
-      test::MakeSampleCore(folder, size.Common + variant);
-      readFolder(folder);
-      EXPECT_EQ(model.CurRadiograph().Samples, plainRadiograph.Samples) << variant;
-      EXPECT_EQ(model.CurRadiograph().MaxValue, plainRadiograph.MaxValue) << variant;
-      EXPECT_EQ(model.CurOptical().Pixels, plainOptical) << variant;
-    }
+    uint32_t W, H;
+    uint16_t Bits;
+    int32_t ExpectWidth, ExpectHeight;
+    int Step;
+    bool Rotated;
+  } rows[] = {{3, 5, 8, 3, 5, 1, false},  // odd sizes
+              {7, 4, 8, 4, 7, 1, true},   // landscape, turned
+              {16000, 6, 8, 3, 8000, 2, true},
+              {5, 32770, 16, 1, 8192, 4, false}};
+  const auto path = test::ScratchFolder() / "optical.tif";
+  for (const auto& c : rows) {
+    SCOPED_TRACE(testing::Message() << c.W << " x " << c.H);
+    // Red, green and blue encode the column, the row and a constant.
+    auto value = [&](uint32_t r, uint32_t col, uint32_t k) -> uint32_t {
+      const uint32_t v8 = k == 0 ? (col % 251) : k == 1 ? (r % 251) : 77;
+      return c.Bits == 8 ? v8 : v8 * 256 + 255;  // the low byte must not show
+    };
+    WriteTiff(path, {c.W, c.H, 3, c.Bits}, value);
+    ASSERT_EQ(std::tuple(Read(path, false).Result, prompt.Messages.size()), std::tuple(1, 0u));
+    const OpticalImageDesc& opt = model.CurOptical();
+    ASSERT_EQ(std::pair(opt.Width, opt.Height), std::pair(c.ExpectWidth, c.ExpectHeight));
+    EXPECT_EQ(std::tuple(opt.CropRight, opt.CropBottom, opt.Upper),
+              std::tuple(c.ExpectWidth - 1, c.ExpectHeight - 1, 256));
+    EXPECT_EQ(opt.Bitmap.Bits, opt.Pixels);
+    const int stride = Dib::StrideFor(opt.Width);
+    const uint32_t evenW = c.W & ~1u, evenH = c.H & ~1u;
+    for (int y = 0; y < opt.Height; ++y)
+      for (int x = 0; x < opt.Width; ++x) {
+        // Which TIFF pixel should be here?
+        const int64_t tr = c.Rotated ? int64_t(x) * c.Step : int64_t(y) * c.Step;
+        const int64_t tc = c.Rotated ? int64_t(opt.Height - 1 - y) * c.Step : int64_t(x) * c.Step;
+        const uint8_t* px = &opt.Pixels[size_t(y) * stride + size_t(x) * 3];
+        if (tr >= evenH || tc >= evenW) {
+          EXPECT_EQ(px[0] | px[1] | px[2], 0) << "dropped pixel at " << x << "," << y;
+          continue;
+        }
+        ASSERT_EQ(px[2], value(uint32_t(tr), uint32_t(tc), 0) >> (c.Bits == 16 ? 8 : 0)) << x << "," << y;
+        ASSERT_EQ(px[1], value(uint32_t(tr), uint32_t(tc), 1) >> (c.Bits == 16 ? 8 : 0)) << x << "," << y;
+        ASSERT_EQ(px[0], 77);
+      }
+  }
+}
+
+// Files libtiff decodes for us must give exactly the samples of the plain file.  The
+// scanner's own layout is read straight from the file, this one in bands on several
+// threads; every other layout goes through libtiff.  All give the same images.
+TEST_F(TiffReader, CompressedTiledAndBigEndianFilesReadAlike) {
+  const char* const variants[] = {"", "--compress deflate", "--compress lzw", "--compress packbits", "--big-endian",
+                                  "--tile 32", "--tile 64 --compress deflate --big-endian", "--rows-per-strip 300"};
+  std::tuple<SampleBuffer, int32_t, ByteBuffer> plain;
+  for (const char* const& variant : variants) {
+    SCOPED_TRACE(variant);
+    const auto folder = test::ScratchFolder() / std::to_string(&variant - variants);
+    test::MakeSampleCore(folder, std::string("--length 4000 --width 300 --optical-length 310 --optical-width 50 "
+                                             "--raw-values 0 ") + variant);
+    EXPECT_TRUE(Read(folder / "radiograph.tif", true).PixelsRead);
+    EXPECT_TRUE(Read(folder / "optical.tif", false).PixelsRead);
+    const RadiographDesc& rad = model.CurRadiograph();
+    const auto read = std::tuple(rad.Samples, rad.MaxValue, model.CurOptical().Pixels);
+    if (variant == variants[0]) plain = read;
+    EXPECT_TRUE(read == plain);
   }
   EXPECT_TRUE(prompt.Messages.empty());
 }
 
-TEST_F(TiffReader, FileThatCannotBeOpenedIsPassedOverQuietlyAndCancelReturnsZero) {
-  model.CurOptical().Height = 12;
-  EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
-  const ReadOutcome out = Read(test::ScratchFolder() / "gone.tif", false);
-  EXPECT_EQ(std::tuple(out.Result, out.PixelsRead, prompt.Messages.size()), std::tuple(1, false, 0u));
-  EXPECT_EQ(model.CurOptical().Height, 12);
-  ASSERT_EQ(prompt.OpenRequests.size(), 2u);
-  EXPECT_EQ(prompt.OpenRequests[0].Title, "Open TIFF file");
-  EXPECT_EQ(prompt.OpenRequests[0].Filters[0].Name, "TIFF files (*.tif)");
-  EXPECT_EQ(prompt.OpenRequests[0].InitialName, "/radiograph.tif");
-  EXPECT_EQ(prompt.OpenRequests[1].InitialName, "/optical.tif");
-}
-
-// The section's title is the folder and the image's file name, or the folder alone when
-// both would not fit; an optical image keeps a title that is already there.
-TEST_F(TiffReader, FileNameFromTheFolderAndTheImage) {
-  const std::string longFolder(50, 'L');  // 50 + 14 >= 63
-  const auto scratch = test::ScratchFolder();
-  for (const std::string& folder : {std::string("KB07-3"), longFolder}) {
-    std::filesystem::create_directories(scratch / folder);
-    for (const uint16_t samples : {1, 3})
-      WriteTiff(scratch / folder / (samples == 1 ? "radiograph.tif" : "optical.tif"), {2, 2, samples, 8},
-                [](uint32_t, uint32_t, uint32_t) { return 1; });
-  }
+// The section's title is the folder and the image's file name (the folder alone when
+// both would not fit: see the add mode); an optical image keeps a title that is already
+// there.  A file that cannot be opened is passed over quietly; a cancelled dialog reads nothing.
+TEST_F(TiffReader, FileNameFromTheFolderAndTheImageAndFilesNotRead) {
+  const auto folder = test::ScratchFolder() / "KB07-3";
+  std::filesystem::create_directories(folder);
+  for (const uint16_t samples : {1, 3})
+    WriteTiff(folder / (samples == 1 ? "radiograph.tif" : "optical.tif"), {2, 2, samples, 8},
+              [](uint32_t, uint32_t, uint32_t) { return 1; });
   const struct {
-    std::string Folder;
     const char* Before;
     bool Radiograph;
-    std::string Expect;
-  } rows[] = {{"KB07-3", "", true, "KB07-3/radiograph.tif"},
-              {"KB07-3", "", false, "KB07-3/optical.tif"},
-              {"KB07-3", "kept", false, "kept"},
-              {"KB07-3", "replaced", true, "KB07-3/radiograph.tif"},
-              {longFolder, "", true, longFolder}};
+    const char* Expect;
+  } rows[] = {{"", true, "KB07-3/radiograph.tif"},
+              {"", false, "KB07-3/optical.tif"},
+              {"kept", false, "kept"},
+              {"replaced", true, "KB07-3/radiograph.tif"}};
   for (const auto& r : rows) {
     CopyField(model.CurSection().FileName, r.Before);
-    Read(scratch / r.Folder / (r.Radiograph ? "radiograph.tif" : "optical.tif"), r.Radiograph);
-    EXPECT_EQ(std::string(model.CurSection().FileName), r.Expect) << r.Folder << " " << r.Before;
+    Read(folder / (r.Radiograph ? "radiograph.tif" : "optical.tif"), r.Radiograph);
+    EXPECT_STREQ(model.CurSection().FileName, r.Expect) << r.Before;
   }
+  EXPECT_EQ(prompt.OpenRequests[0].Filters[0].Name, "TIFF files (*.tif)");
+  EXPECT_EQ(std::tuple(prompt.OpenRequests[0].InitialName, prompt.OpenRequests[1].InitialName),
+            std::tuple("/radiograph.tif", "/optical.tif"));
+  const ReadOutcome out = Read(folder / "gone.tif", false);
+  EXPECT_EQ(std::tuple(out.Result, out.PixelsRead, model.CurOptical().Loaded()), std::tuple(1, false, true));
+  EXPECT_EQ(ReadTiffImage(model, prompt, true, false).Result, 0);
+  EXPECT_TRUE(prompt.Messages.empty());
 }
 
+// Radiographs added to a section go where the chooser says; a refused one gives its place
+// back, and the index is then the count, as the scanner software left it; a fourth is
+// refused before any file dialog.
 TEST_F(TiffReader, AddModePlacesTheNewRadiographGivesARefusedPlaceBackAndRefusesAFourth) {
-  const auto folder = test::ScratchFolder();
+  const std::string longFolder(57, 'L');  // 57 + 6 = 63: too long for "L...L/r1.tif"
+  const auto folder = test::ScratchFolder() / longFolder;
+  std::filesystem::create_directories(folder);
   for (uint32_t i = 1; i <= 3; ++i)
     WriteTiff(folder / ("r" + std::to_string(i) + ".tif"), {2, 1, 1, 16},
               [=](uint32_t, uint32_t, uint32_t) { return i; });
   WriteTiff(folder / "rgb.tif", {4, 4, 3, 8}, [](uint32_t, uint32_t, uint32_t) { return 7; });
+  const std::vector<int> places = {0, 0, 1};
   std::vector<int> asked;
-  auto place = [&asked](int where) {
-    return [&asked, where](int count) {
-      asked.push_back(count);
-      return where;
-    };
+  auto place = [&](int count) {
+    asked.push_back(count);
+    return places.at(asked.size() - 1);
   };
   const CoreSection& s = model.CurSection();
   Read(folder / "r1.tif", true);
-  EXPECT_EQ(Read(folder / "rgb.tif", true, true, place(0)).Result, 0);
-  // The refused one gives its place back; the index is the count, as the scanner software left it.
-  EXPECT_EQ(std::tuple(s.RadiographCount, s.Radiographs[0].Samples.at(0), s.Radiographs[1].Loaded()),
-            std::tuple(1, 1, false));
-  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
+  EXPECT_EQ(std::string(s.FileName), longFolder);
+  EXPECT_EQ(Read(folder / "rgb.tif", true, true, place).Result, 0);
+  EXPECT_EQ(std::tuple(s.RadiographCount, s.Radiographs[0].Samples.at(0), s.Radiographs[1].Loaded(),
+                       model.Plot().CurRadiographIndex),
+            std::tuple(1, 1, false, 1));
   // The second goes left of the first, the third in the middle.
-  Read(folder / "r2.tif", true, true, place(0));
-  Read(folder / "r3.tif", true, true, place(1));
+  Read(folder / "r2.tif", true, true, place);
+  Read(folder / "r3.tif", true, true, place);
   EXPECT_EQ(asked, (std::vector<int>{2, 2, 3}));
-  EXPECT_EQ(s.RadiographCount, 3);
-  EXPECT_EQ(std::tuple(s.Radiographs[0].Samples[0], s.Radiographs[1].Samples[0], s.Radiographs[2].Samples[0]),
-            std::tuple(2, 3, 1));
-  EXPECT_EQ(model.Plot().CurRadiographIndex, 1);
+  EXPECT_EQ(std::tuple(s.RadiographCount, s.Radiographs[0].Samples[0], s.Radiographs[1].Samples[0],
+                       s.Radiographs[2].Samples[0], model.Plot().CurRadiographIndex),
+            std::tuple(3, 2, 3, 1, 1));
 
   EXPECT_EQ(ReadTiffImage(model, prompt, true, true).Result, 0);
   EXPECT_EQ(prompt.Texts(), (std::vector<std::string>{msg::kExpected1Sample, msg::kOnlyThreeRadiographs}));
