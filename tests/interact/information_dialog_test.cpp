@@ -106,8 +106,9 @@ TEST(InformationDialog, EachControlShowsAndStoresItsFieldOnceTheDateIsValid) {
   EXPECT_FALSE(dialog.OnFinished());
   EXPECT_EQ(host.Prompt.Texts(), std::vector<std::string>{msg::kDateFormat});
   for (const auto& r : rows) {
-    if (r.id == 1468 || r.id == 1457 || r.id == 1471 || r.id == 1477 || r.id == 1470)
+    if (r.id == 1468 || r.id == 1457 || r.id == 1471 || r.id == 1477 || r.id == 1470) {
       EXPECT_EQ(r.stored(), r.id == 1470 ? "" : r.expected) << r.id;
+    }
   }
   host.Prompt.Messages.clear();
   Edit(dialog, 1490)->setText("05/06/26");
