@@ -25,15 +25,19 @@ class ScriptedPrompt : public Prompt {
 
   Answer Message(const std::string& text, const std::string& caption, Icon icon, Buttons buttons) override {
     Messages.push_back({text, caption, icon, buttons});
-    return buttons == Buttons::Ok ? Answer::Ok : Next(Answers, Answer::Cancel);
+    if (buttons == Buttons::Ok) return Answer::Ok;
+    if (Answers.empty()) return Answer::Cancel;
+    const Answer a = Answers.front();
+    Answers.pop_front();
+    return a;
   }
   FileChoice OpenFile(const FileRequest& request) override {
     OpenRequests.push_back(request);
-    return Next(Files, FileChoice{});
+    return Next();
   }
   FileChoice SaveFile(const FileRequest& request) override {
     SaveRequests.push_back(request);
-    return Next(Files, FileChoice{});
+    return Next();
   }
   void SetBusy(bool) override { ++BusyCalls; }
 
@@ -45,12 +49,11 @@ class ScriptedPrompt : public Prompt {
   }
 
  private:
-  template <class T>
-  static T Next(std::deque<T>& queue, T none) {
-    if (queue.empty()) return none;
-    const T first = queue.front();
-    queue.pop_front();
-    return first;
+  FileChoice Next() {
+    if (Files.empty()) return {};
+    FileChoice f = Files.front();
+    Files.pop_front();
+    return f;
   }
 };
 
