@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QMouseEvent>
 #include <QPrinter>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -29,6 +32,13 @@ class ScriptedPrintPrompt : public ScriptedPrompt, public PrintPrompt {
   }
 };
 
+// A left-button event at `at` in the plot view; `held` whether the button is down after it.
+inline void SendMouse(QWidget* view, QEvent::Type type, QPoint at, bool held) {
+  QMouseEvent event(type, at, view->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                    held ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(view, &event);
+}
+
 class AppTest : public ::testing::Test {
  public:
   void SetUp() override {
@@ -50,6 +60,13 @@ class AppTest : public ::testing::Test {
     EXPECT_TRUE(window);
     window->SetHelpOpener([this](const QUrl& url) { helpRequests.push_back(url); });
     return *window;
+  }
+
+  // A sample core made by the sample tool in the working folder; its folder.
+  std::string MakeSampleCore(const std::string& options) {
+    const std::string core = (folder / "core").string();
+    EXPECT_EQ(std::system(("\"" SEDRA_SAMPLE_TOOL "\" \"" + core + "\" " + options + " > /dev/null").c_str()), 0);
+    return core;
   }
 
   std::filesystem::path folder;

@@ -2,24 +2,20 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop_prompt.h"
-#include "model/model.h"
-#include "output/save_rules.h"
 
 namespace sedra {
 namespace {
 
 TEST(DesktopPrompt, FileDialogsOpenInTheirFolderWithAPlainName) {
-  Model model;
-  // A read leaves the section's folder before the image's name.
-  CopyField(model.CurSection().FileName, "KB07-1/radiograph.tif");
-  const FileRequest save = SaveImageRequest(model, "/home/ana/figures");
   struct Row {
     const char* what;
     FileRequest request;
     QString directory, name;
   } rows[] = {
-      {"Save Image opens in the working folder", save, QStringLiteral("/home/ana/figures"),
-       QStringLiteral("radiograph.tif")},
+      // A read leaves the section's folder before the image's name.
+      {"the section's folder is dropped from the name",
+       FileRequest{"Save Current Display as Image file", {}, 1, "KB07-1/radiograph.tif", "/home/ana/figures"},
+       QStringLiteral("/home/ana/figures"), QStringLiteral("radiograph.tif")},
       {"a folder with accents stays the folder it is",
        FileRequest{"Open TIFF file", {}, 1, "\\radiograph.tif", "/data/Kernbohrung Müller 3"},
        QString::fromUtf8("/data/Kernbohrung Müller 3"), QStringLiteral("radiograph.tif")},

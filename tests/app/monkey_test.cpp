@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <cmath>
 #include <random>
 
@@ -44,10 +43,8 @@ void CheckInvariants(const Model& m, const MainWindow& w, bool deleteToolClosed)
 }
 
 TEST_F(AppTest, MonkeyOnASampleSection) {
-  const std::string core = (folder / "core").string();
-  const std::string make = std::string("\"") + SEDRA_SAMPLE_TOOL + "\" \"" + core +
-                           "\" --length 600 --width 40 --optical-length 640 --optical-width 50 --raw-values 0 >/dev/null";
-  ASSERT_EQ(std::system(make.c_str()), 0);
+  const std::string core =
+      MakeSampleCore("--length 600 --width 40 --optical-length 640 --optical-width 50 --raw-values 0");
   MainWindow& w = Start();
   model->Settings().ShowRadiographData = 1;
   auto read = [&] {
@@ -80,9 +77,7 @@ TEST_F(AppTest, MonkeyOnASampleSection) {
                                            QEvent::MouseButtonRelease, QEvent::MouseButtonDblClick};
       const QEvent::Type type = kinds[pick(5)];
       const bool held = type != QEvent::MouseButtonRelease && pick(3) != 0;
-      QMouseEvent event(type, at, view->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
-                        held ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
-      QApplication::sendEvent(view, &event);
+      test::SendMouse(view, type, at, held);
     } else if (QDialog* tool = pick(4) ? static_cast<QDialog*>(w.ActiveTool()) : w.findChild<YScaleDialog*>()) {
       const auto edits = tool->findChildren<QLineEdit*>();
       const auto lists = tool->findChildren<QComboBox*>();
