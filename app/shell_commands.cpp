@@ -4,6 +4,8 @@
 #include "app/main_window.h"
 #include "app/plot_view.h"
 #include "images/load.h"
+#include "images/ui/radiograph_position_dialog.h"
+#include "images/whole_core.h"
 #include "images/ui/image_commands.h"
 #include "interact/colour_dialog.h"
 #include "interact/information_dialog.h"
@@ -52,6 +54,8 @@ void RegisterAllCommands(Model& model, Prompt& prompt, MainWindow& window) {
   // A RAW read always starts at 100%, as the zoom command sets it.
   RegisterReadCommands(commands, model, prompt, [&window] { window.SetZoom(kCmdZoom100); });
   RegisterImageCommands(commands, window);
+  RegisterWholeCoreCommands(commands, model, prompt,
+                            [&window](int count) { return ChooseRadiographPosition(&window, count); });
   OutputTargets output{window, *window.View(), [&window] { return window.ScrollPos(); }};
   // Printing needs the print dialog as well; the desktop prompt offers both.
   RegisterOutputCommands(commands, model, prompt, dynamic_cast<PrintPrompt*>(&prompt), output);

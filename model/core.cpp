@@ -1,6 +1,8 @@
 #include "model/core.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <cstring>
 
 #include "model/menu_rules.h"
@@ -45,6 +47,70 @@ void FreeSectionImages(Model& model) {
   }
 }
 
+void ClearSection(CoreSection& section) {
+  std::memset(static_cast<CoreSectionFields*>(&section), 0, sizeof(CoreSectionFields));
+  section.Optical.Clear();
+  for (auto& r : section.Radiographs) r.Clear();
+}
+
+bool SectionLoaded(const CoreSection& section) {
+  return section.PointCount > 0 || section.Optical.Loaded() || section.Radiographs[0].Loaded();
+}
+
+int NextFreeSection(const Model& model) {
+  const int count = std::clamp(model.Plot().SectionCount, 1, kMaxSections);
+  // After New the core counts one section, still empty: the first read fills it.
+  if (count == 1 && !SectionLoaded(model.Section(0))) return 0;
+  return count < kMaxSections ? count : -1;
+}
+
+namespace {
+// Slot `to` takes over everything of slot `from`.  The display bitmaps' generations
+// move on, so the drawing layer, which keys its screen copies by slot, converts the
+// images it now finds there afresh.
+void MoveSection(Model& model, int to, int from) {
+  CoreSection& dest = model.Section(to);
+  dest = std::move(model.Section(from));
+  ++dest.Optical.Bitmap.Generation;
+  for (auto& r : dest.Radiographs) ++r.Bitmap.Generation;
+  PlotState& plot = model.Plot();
+  plot.SectionLength[to] = plot.SectionLength[from];
+  std::copy(std::begin(model.App.CurveRect[from]), std::end(model.App.CurveRect[from]),
+            std::begin(model.App.CurveRect[to]));
+}
+}  // namespace
+
+bool RemoveCurrentSection(Model& model, Prompt& prompt) {
+  PlotState& plot = model.Plot();
+  const int count = std::clamp(plot.SectionCount, 1, kMaxSections);
+  if (count < 2) return NewCore(model, &prompt);
+  if (plot.Modified &&
+      prompt.Message(msg::kContinueWithoutSaving, "", Icon::None, Buttons::YesNo) != Answer::Yes)
+    return false;
+  // Tools working on the section must end before its images go.
+  model.NotifyImagesReplaced();
+  const int gone = model.CurSectionSlot();
+  for (int s = gone; s + 1 < count; ++s) MoveSection(model, s, s + 1);
+  ClearSection(model.Section(count - 1));
+  plot.SectionLength[count - 1] = 0;
+  plot.SectionCount = count - 1;
+  model.SelectSection(std::min(gone, count - 2));
+  if (plot.SectionCount < 2) plot.ShowAllSections = 0;
+
+  // The view starts again on the section now current, whole.
+  const CoreSection& current = model.CurSection();
+  plot.Expanded = 0;
+  plot.DepthSpan = plot.SectionLength[model.CurSectionSlot()];
+  plot.AxisLength = plot.DepthSpan;
+  plot.ViewFirstPoint = 0;
+  plot.ViewLastPoint = current.PointCount;
+  plot.NeedLayout = 1;
+  MenuAfterSectionCount(model.App.Menu, plot.SectionCount);
+  if (!plot.ShowAllSections) MenuAfterSectionChosen(model.App.Menu, RadiographGivesDataCurve(model));
+  model.RequestRepaint();
+  return true;
+}
+
 bool NewCore(Model& model, Prompt* prompt) {
   PlotState& plot = model.Plot();
   if (prompt && plot.Modified) {
@@ -53,12 +119,7 @@ bool NewCore(Model& model, Prompt* prompt) {
   }
   if (prompt) FreeSectionImages(model);
 
-  for (int s = 0; s < kMaxSections; ++s) {
-    CoreSection& section = model.Section(s);
-    std::memset(static_cast<CoreSectionFields*>(&section), 0, sizeof(CoreSectionFields));
-    section.Optical.Clear();
-    for (auto& r : section.Radiographs) r.Clear();
-  }
+  for (int s = 0; s < kMaxSections; ++s) ClearSection(model.Section(s));
 
   // The four display switches survive; everything else in the working block and the
   // plot record starts from zero.
@@ -107,6 +168,13 @@ float StepSizeMm(const char* text) {
     if (std::sscanf(text, "%d", &micrometres) == 1 && micrometres != 0) step = float(micrometres) * 0.001f;
   }
   return step;
+}
+
+void SetOpticalWidthLabel(Model& model) {
+  CoreSection& section = model.CurSection();
+  const OpticalImageDesc& optical = section.Optical;
+  if (optical.Length() > 0)
+    section.OpticalWidthLabel = model.Plot().DepthSpan * float(optical.Width) * 0.1f / float(optical.Length());
 }
 
 void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
@@ -164,11 +232,7 @@ void UpdateMenusAfterLoad(Model& model, bool isRadiograph) {
 
   SelectFirstDataSet(model);
 
-  if (!isRadiograph) {
-    const OpticalImageDesc& optical = section.Optical;
-    if (optical.Length() > 0)
-      section.OpticalWidthLabel = plot.DepthSpan * float(optical.Width) * 0.1f / float(optical.Length());
-  }
+  if (!isRadiograph) SetOpticalWidthLabel(model);
   MenuAfterLoad(model.App.Menu, isRadiograph ? LoadKind::Radiograph : LoadKind::Optical,
                 RadiographGivesDataCurve(model));
 }

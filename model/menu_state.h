@@ -66,6 +66,10 @@ enum CommandId : int {
   kCmdZoom1600 = 4103,
   kCmdReadRawMaxRes = 4104,
   kCmdZoom3200 = 4106,
+  // Whole cores: further sections and radiographs, and taking a section out again.
+  kCmdAddSection = 4110,
+  kCmdAddRadiograph = 4111,
+  kCmdRemoveSection = 4112,
 };
 
 struct MenuState {

@@ -55,6 +55,18 @@ inline constexpr const char* kBadStepSize =
 inline constexpr const char* kBadCoordinate =
     "The depth '%s' in 'document.txt' is not a number of millimetres within 10 km; it was ignored";
 
+// Whole cores: adding and removing sections and radiographs.
+inline constexpr const char* kAllSectionsUsed =
+    "A core holds at most 12 sections and all 12 are in use: remove a section before adding another. Nothing was read.";
+inline constexpr const char* kSectionWithoutDocument =
+    "The section was not added: its folder has no 'document.txt', so its place along the core is not known.";
+inline constexpr const char* kSectionOverlaps =
+    "The section was not added: its depth range overlaps that of section %d, already in the core.";
+inline constexpr const char* kSectionWidthDiffers =
+    "The section was not added: its radiograph is %d pixels wide and that of section %d is %d pixels wide.";
+inline constexpr const char* kRadiographWidthDiffers =
+    "The radiograph was not added: it is %d pixels wide and the section's radiographs are %d pixels wide.";
+
 // TIFF reader.
 inline constexpr const char* kOnlyThreeRadiographs = "Can only read up to 3 radiograph images";
 inline constexpr const char* kNotVersion42 = "This file was not version 4.2";

@@ -1,11 +1,14 @@
-// sedra-render: paints the composite plot of a section folder without a display.
+// sedra-render: paints the composite plot of a section folder, or of a whole core of
+// several section folders, without a display.
 //
-//   sedra-render SECTION_FOLDER [--optical] [--raw FILE --maxres|--highres]
+//   sedra-render SECTION_FOLDER... [--optical] [--raw FILE --maxres|--highres]
 //                [--page WxH] [--dpi N] [--zoom F] [--scroll Y] [--expand TOP:BOTTOM]
 //                [--overlay or|and] -o OUT.png|OUT.pdf
 //
 // The section is read as the menu commands read it (radiograph, optical image,
-// document.txt, menu state); every message the desktop would show in a box goes to
+// document.txt, menu state).  Further folders are added as "Add Core Section" adds
+// them, in the order given (each with its folder's optical image when it has one), and
+// the whole core is painted end to end as "Display All" shows it.  Every message the desktop would show in a box goes to
 // stderr with the same text.  A PNG is painted like the main window (96 dpi unless
 // told), a PDF like a printed page (vector text and lines, images embedded).
 
@@ -23,8 +26,10 @@
 #include <deque>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "images/load.h"
+#include "images/whole_core.h"
 #include "model/core.h"
 #include "model/file_replace.h"
 #include "model/messages.h"
@@ -40,7 +45,7 @@
 namespace {
 
 const char* const kUsage =
-    "usage: sedra-render SECTION_FOLDER [--optical] [--raw FILE --maxres|--highres]\n"
+    "usage: sedra-render SECTION_FOLDER... [--optical] [--raw FILE --maxres|--highres]\n"
     "                    [--page WxH] [--dpi N] [--zoom F] [--scroll Y] [--expand TOP:BOTTOM]\n"
     "                    [--overlay or|and] -o OUT.png|OUT.pdf\n";
 
@@ -70,7 +75,8 @@ class FolderPrompt : public sedra::Prompt {
 };
 
 struct Options {
-  std::filesystem::path Folder;
+  std::filesystem::path Folder;                  // the first section
+  std::vector<std::filesystem::path> MoreFolders;  // the sections after it, in order
   bool Optical = false;
   std::string Raw;
   bool MaxRes = false, RawResChosen = false;
@@ -146,8 +152,10 @@ int ParseOptions(int argc, char** argv, Options& o) {
       return Fail(("unknown option " + a).c_str());
     } else if (o.Folder.empty()) {
       o.Folder = a;
+    } else if (o.MoreFolders.size() + 1 < size_t(sedra::kMaxSections)) {
+      o.MoreFolders.push_back(a);
     } else {
-      return Fail("only one section folder");
+      return Fail("a core has at most 12 section folders");
     }
   }
   if (o.Folder.empty()) return Fail("no section folder");
@@ -200,6 +208,23 @@ bool Load(sedra::Model& model, FolderPrompt& prompt, const Options& o) {
     if (!sedra::CommandReadOptical(model, prompt)) return false;
     if (!model.CurOptical().Loaded()) return false;
   }
+  return true;
+}
+
+// The further sections of the core, then the whole core shown from its first section.
+bool AddSections(sedra::Model& model, FolderPrompt& prompt, const Options& o) {
+  if (o.MoreFolders.empty()) return true;
+  for (const std::filesystem::path& folder : o.MoreFolders) {
+    std::error_code ec;
+    prompt.Files.push_back(std::filesystem::absolute(folder / "radiograph.tif", ec));
+    if (!sedra::CommandAddSection(model, prompt)) {
+      std::fprintf(stderr, "sedra-render: could not add the section in %s\n", folder.string().c_str());
+      return false;
+    }
+  }
+  model.SelectSection(0);
+  model.Plot().ShowAllSections = 1;
+  model.Plot().NeedLayout = 1;
   return true;
 }
 
@@ -306,6 +331,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "sedra-render: could not read the section in %s\n", options.Folder.string().c_str());
     return 1;
   }
+  if (!AddSections(model, prompt, options)) return 1;
   SetView(model, options);
   if (options.Expand && !ApplyExpand(model, prompt, options.ExpandTop, options.ExpandBottom)) return 1;
 

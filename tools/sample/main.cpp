@@ -40,6 +40,8 @@ const char* const kUsage =
     "  --missing FILE        leave FILE out (document.txt, optical.tif, radiograph.tif,\n"
     "                        radiograph.raw); may be repeated\n"
     "  --section N           section number (1)\n"
+    "  --sections N          a whole core: N section folders OUT_FOLDER/section-01 ...,\n"
+    "                        numbered from --section, each starting where the last ends\n"
     "  --start MM            start coordinate of the scan in mm (100)\n"
     "  --step UM             scan step in micrometres (200)\n"
     "  --seed N              random seed (1)\n";
@@ -59,6 +61,7 @@ struct Options {
   bool CrOnly = false;
   std::set<std::string> Missing;
   int Section = 1;
+  int Sections = 1;  // more than one: a whole core of section folders
   double Start = 100;
   int Step = 200;
   uint64_t Seed = 1;
@@ -363,6 +366,7 @@ bool ParseArgs(int argc, char** argv, Options& o) {
     else if (a == "--cr-only") o.CrOnly = true;
     else if (a == "--missing" && v) o.Missing.insert(argv[++i]);
     else if (a == "--section") ok = num(1, 12, o.Section);
+    else if (a == "--sections") ok = num(1, 12, o.Sections);
     else if (a == "--start") {
       int mm = 0;
       ok = num(-100000, 100000, mm);
@@ -383,15 +387,29 @@ bool ParseArgs(int argc, char** argv, Options& o) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  Options o;
-  if (!ParseArgs(argc, argv, o)) {
-    std::fputs(kUsage, stderr);
-    return 2;
+bool WriteSection(const Options& o);
+
+// The sections of one core lie end to end: each starts at the depth where the one
+// before ends, and each has its own noise.
+bool WriteCore(const Options& core) {
+  const double lengthMm = core.Length * core.Step / 1000.0;
+  for (int k = 0; k < core.Sections; ++k) {
+    Options o = core;
+    char name[32];
+    std::snprintf(name, sizeof name, "section-%02d", k + 1);
+    o.Folder = core.Folder / name;
+    o.Section = core.Section + k;
+    o.Start = core.Start + k * lengthMm;
+    o.Seed = core.Seed + 1000 * uint64_t(k);
+    if (!WriteSection(o)) return false;
   }
+  return true;
+}
+
+bool WriteSection(const Options& o) {
   std::error_code ec;
   std::filesystem::create_directories(o.Folder, ec);
-  if (ec) return Fail("cannot create " + o.Folder.string()) ? 0 : 1;
+  if (ec) return Fail("cannot create " + o.Folder.string());
   TIFFSetWarningHandler(nullptr);
 
   Random rnd(o.Seed);
@@ -412,7 +430,17 @@ int main(int argc, char** argv) {
     Random r(o.Seed + 303);
     ok = WriteRaw(o, layers, lengthMm, r) && ok;
   }
-  if (!ok) return 1;
+  if (!ok) return false;
   std::printf("%s\n", o.Folder.string().c_str());
-  return 0;
+  return true;
+}
+
+int main(int argc, char** argv) {
+  Options o;
+  if (!ParseArgs(argc, argv, o)) {
+    std::fputs(kUsage, stderr);
+    return 2;
+  }
+  if (o.Sections > 1) return WriteCore(o) ? 0 : 1;
+  return WriteSection(o) ? 0 : 1;
 }
