@@ -337,20 +337,35 @@ void DrawCoverageBar(PaintContext& ctx, int x, int top, int height) {
   const int length = ctx.DpiX / 16;
   const QColor green(0, 255, 0);
 
+  // Rows outside these bounds are off the device.  A point whose row and whose
+  // predecessor's row lie beyond the same bound marks nothing that can be seen, so it is
+  // passed over on its depth alone (rows grow with depth): a whole core at a high zoom
+  // costs what its visible stretch costs.  A strip drawn after such points starts from an
+  // older row than the point before, which only adds rows beyond the bound.  NaN depths
+  // are never passed over.
+  const int64_t lo = ctx.VisibleTop() - 2, hi = ctx.VisibleBottom() + 2;
   int64_t sectionTop = top;
   for (int s : CurveSections(model)) {
     const CoreSection& section = model.Section(s);
     const int points = PointsOf(section);
     int first = 0, last = points;
     if (!all) PointWindow(plot, points, first, last);
+    const double above = double(lo - sectionTop) / scale + shift, below = double(hi - sectionTop) / scale + shift;
     int64_t previous = expanded ? RowAt(sectionTop, shift, scale) : sectionTop;
+    int side = previous < lo ? -1 : previous > hi ? 1 : 0;
     for (int k = first; k < last; ++k) {
-      const int64_t y = RowAt(sectionTop, double(section.Depth[k]) - shift, scale);
+      const double depth = section.Depth[k];
+      const int here = depth < above ? -1 : depth > below ? 1 : 0;
+      if (here != 0 && here == side) continue;
+      side = here;
+      const int64_t y = RowAt(sectionTop, depth - shift, scale);
       // Every row down to the previous point is marked, so a coarse scan leaves no
       // holes in the bar; a point whose mask is 0 or less leaves its rows unmarked.
       if (section.Data[0][k] > 0 && y > previous) ctx.FillRect(x, previous + 1, x + length, y + 1, green);
       previous = y;
     }
+    // The next section starts at this one's last point, seen or not.
+    if (last > first) previous = RowAt(sectionTop, double(section.Depth[last - 1]) - shift, scale);
     sectionTop = previous;
   }
 }

@@ -17,6 +17,7 @@
 #include "model/menu_rules.h"
 #include "model/messages.h"
 #include "model/numbers.h"
+#include "plot/curves.h"
 #include "plot/plot_fixture.h"
 #include "ui/controls.h"
 
@@ -210,6 +211,11 @@ TEST_F(WholeCore, PaintedWholeEachSectionKeepsToItsStretch) {
       EXPECT_GE(*rows.begin(), row(kStarts[s], 0) - 1) << name << " in section " << s + 1;
       EXPECT_LE(*rows.rbegin(), row(kStarts[s + 1], 0) + 1) << name << " in section " << s + 1;
     }
+  // The coverage bar over a 4000-row core, whole and in a window scrolled into its third section.
+  auto bar = [&](int height, int originY) {
+    return PaintWith(model, [](PaintContext& ctx) { DrawCoverageBar(ctx, 0, 0, 4000); }, 8, height, originY);
+  };
+  EXPECT_EQ(bar(4000, 0).copy(0, 2700, 8, 300), bar(300, 2700));
 }
 
 }  // namespace
