@@ -8,6 +8,20 @@
 
 namespace sedra {
 
+namespace {
+
+// The next millimetre after `i` that the scale must look at: a tick's (a depth that is
+// a multiple of `tick`) or the end of a section.  A whole core is tens of metres long;
+// the millimetres in between would only be passed over one by one.
+int64_t NextStop(int64_t i, int origin, int tick, int64_t limit) {
+  // The remainder is negative above depth 0; (tick - r) % tick is the step either way.
+  const int64_t r = (i + 1 + origin) % tick;
+  const int64_t nextTick = i + 1 + (tick - r) % tick;
+  return limit > i ? std::min(limit, nextTick) : nextTick;
+}
+
+}  // namespace
+
 void DrawDepthScale(PaintContext& ctx, int x, int top, int height, bool labels) {
   Model& model = ctx.M;
   const PlotState& plot = model.Plot();
@@ -40,7 +54,7 @@ void DrawDepthScale(PaintContext& ctx, int x, int top, int height, bool labels) 
   int64_t lastTickY = top;
   int64_t nextLabelY = INT64_MIN;
   int firstLabelHalf = -1;  // half the distance of the first label below 1 mm from the top
-  for (int64_t i = 0; i < end; ++i) {
+  for (int64_t i = 0; i < end; i = NextStop(i, origin, tick, limit)) {
     // The scale stops at the end of the last loaded section.  The limit adds the last
     // point depth of the sections in slot order from slot 0, whichever is shown: kept
     // as it is, the single-section scale of a later section ends where slot 0 ends.
