@@ -137,6 +137,9 @@ bool CommandAddSection(Model& model, Prompt& prompt) {
     prompt.Message(msg::kAllSectionsUsed, "", Icon::Exclamation, Buttons::Ok);
     return false;
   }
+  // The new section becomes the current one: tools working on the current section end
+  // first, so that a refused read cannot bring back the modes they had set.
+  model.NotifyImagesReplaced();
   const bool showAll = model.Plot().ShowAllSections != 0;
   const CoreSnapshot before(model);
   std::string refusal;
@@ -164,6 +167,7 @@ bool CommandAddRadiograph(Model& model, Prompt& prompt, const RadiographPlaceCho
     UpdateMenusAfterLoad(model, true);
     return true;
   }
+  model.NotifyImagesReplaced();  // tools end before the read: a refusal must not bring back their modes
   const CoreSnapshot before(model);
   if (!LoadTiffImage(model, prompt, true, true, choosePlace) || !model.CurRadiograph().Loaded()) return false;
   // The radiographs of a section lie side by side in bands of one width and share

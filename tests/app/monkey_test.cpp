@@ -43,21 +43,24 @@ void CheckInvariants(const Model& m, const MainWindow& w, bool deleteToolClosed)
 }
 
 TEST_F(AppTest, MonkeyOnASampleSection) {
+  // Two sections: the second is added and removed again by the commands below.
   const std::string core =
-      MakeSampleCore("--length 600 --width 40 --optical-length 640 --optical-width 50 --raw-values 0");
+      MakeSampleCore("--sections 2 --length 600 --width 40 --optical-length 640 --optical-width 50 --raw-values 0") +
+      "/section-0";
   MainWindow& w = Start();
   model->Settings().ShowRadiographData = 1;
   auto read = [&] {
     prompt.Answers.assign(4, Answer::Yes);
-    prompt.ChooseFile(core + "/radiograph.tif");
+    prompt.ChooseFile(core + "1/radiograph.tif");
     w.OnCommand(kCmdReadRadiograph);
-    prompt.ChooseFile(core + "/optical.tif");
+    prompt.ChooseFile(core + "1/optical.tif");
     w.OnCommand(kCmdReadOptical);
   };
   read();
   model->Plot().InSizeMove = 0;
   const int commands[] = {kCmdZoom100, kCmdZoom200, kCmdZoom800, kCmdZoom3200, kCmdExpand,  kCmdOverlayOr,
-                          kCmdHRegion, kCmdVRegion, kCmdHLine,   kCmdVLine,    kCmdDeletePoints, kCmdNew};
+                          kCmdHRegion, kCmdVRegion, kCmdHLine,   kCmdVLine,    kCmdDeletePoints, kCmdNew,
+                          kCmdAddSection, kCmdAddSection, kCmdRemoveSection};
   const char* texts[] = {"", "abc", "-99999", "1e30", "nan", "inf", "1000000000", "  5", "1150.5", "-3"};
   std::mt19937 rng(uint32_t(EnvInt("SEDRA_MONKEY_SEED", 1)));
   auto pick = [&rng](int n) { return int(rng() % uint32_t(n)); };
@@ -71,7 +74,8 @@ TEST_F(AppTest, MonkeyOnASampleSection) {
     if (action == 0) {
       const int id = commands[pick(int(std::size(commands)))];
       if (id == kCmdNew) read();
-      else w.OnCommand(id);
+      if (id == kCmdAddSection) prompt.ChooseFile(core + std::to_string(1 + pick(2)) + "/radiograph.tif");
+      if (id != kCmdNew) w.OnCommand(id);
     } else if (action < 14) {
       static const QEvent::Type kinds[] = {QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseMove,
                                            QEvent::MouseButtonRelease, QEvent::MouseButtonDblClick};
